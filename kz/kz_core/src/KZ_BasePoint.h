@@ -12,7 +12,7 @@ struct BasePoint {
     T y;
 
     constexpr BasePoint() : x(0), y(0) {}
-    constexpr BasePoint(T x, T y) : x(x), y(y) {}
+    constexpr BasePoint(T pointX, T pointY) : x(pointX), y(pointY) {}
     template <typename U>
     explicit constexpr BasePoint(const BasePoint<U>& other)
         : x(static_cast<T>(other.x)), y(static_cast<T>(other.y)) {}
@@ -31,7 +31,7 @@ struct BasePoint3d {
     T z;
 
     constexpr BasePoint3d() : x(0), y(0), z(0) {}
-    constexpr BasePoint3d(T x, T y, T z) : x(x), y(y), z(z) {}
+    constexpr BasePoint3d(T pointX, T pointY, T pointZ) : x(pointX), y(pointY), z(pointZ) {}
 
     constexpr bool operator==(const BasePoint3d& p) const {
         return x == p.x && y == p.y && z == p.z;

@@ -13,7 +13,7 @@ struct BaseRange {
     T max;
 
     constexpr BaseRange() : min(minValue<T>()), max(maxValue<T>()) {}
-    constexpr BaseRange(T min, T max) : min(min), max(max) {}
+    constexpr BaseRange(T from, T to) : min(from), max(to) {}
 };
 
 using RangeF = BaseRange<float>;

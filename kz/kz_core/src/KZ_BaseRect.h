@@ -17,8 +17,8 @@ struct BaseRect {
     T bottom;
 
     constexpr BaseRect() : left(0), top(0), right(0), bottom(0) {}
-    constexpr BaseRect(T left, T top, T right, T bottom)
-        : left(left), top(top), right(right), bottom(bottom) {}
+    constexpr BaseRect(T fromX, T fromY, T toX, T toY)
+        : left(fromX), top(fromY), right(toX), bottom(toY) {}
     explicit constexpr BaseRect(const BaseSize<T>& size)
         : left(0), top(0), right(size.width), bottom(size.height) {}
 

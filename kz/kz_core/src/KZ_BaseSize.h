@@ -11,7 +11,7 @@ struct BaseSize {
     T height;
 
     constexpr BaseSize() : width(0), height(0) {}
-    constexpr BaseSize(T width, T height) : width(width), height(height) {}
+    constexpr BaseSize(T columns, T rows) : width(columns), height(rows) {}
     template <typename U>
     explicit constexpr BaseSize(const BaseSize<U>& other)
         : width(static_cast<T>(other.width)), height(static_cast<T>(other.height)) {}

@@ -16,9 +16,9 @@ struct DetectRegion {
     Side::Value side = Side::BOTH;
 
     DetectRegion() = default;
-    DetectRegion(const Rect& rect, const RangeF& widthRange, const AngleRange& angleRange,
-                 Side::Value side)
-        : rect(rect), widthRange(widthRange), angleRange(angleRange), side(side) {}
+    DetectRegion(const Rect& area, const RangeF& widths, const AngleRange& angles,
+                 Side::Value sides)
+        : rect(area), widthRange(widths), angleRange(angles), side(sides) {}
 
     void reset() { *this = DetectRegion(); }
 };

@@ -22,8 +22,8 @@ struct ObjectLocation {
     Side::Value side = Side::RIGHT;
 
     ObjectLocation() = default;
-    ObjectLocation(const PointF& center, const SizeF& size, float angle, Side::Value side)
-        : center(center), size(size), angle(angle), side(side) {}
+    ObjectLocation(const PointF& middle, const SizeF& extent, float degrees, Side::Value hand)
+        : center(middle), size(extent), angle(degrees), side(hand) {}
     explicit ObjectLocation(const RectF& rect);
 
     void reset() { *this = ObjectLocation(); }
