@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <istream>
 #include <ostream>
+#include <string>
 
 #include "KZ_BasePoint.h"
 #include "KZ_BaseRect.h"
@@ -39,24 +40,29 @@ public:
     const unsigned char* data(int x, int y) const { return data_ + offset(x, y); }
     /// First pixel of row `y` as cells of type T.
     template <typename T>
-    T* row(int y) { return reinterpret_cast<T*>(data(0, y)); }
+    T* row(int y) {
+        return reinterpret_cast<T*>(data(0, y));
+    }
     template <typename T>
-    const T* row(int y) const { return reinterpret_cast<const T*>(data(0, y)); }
+    const T* row(int y) const {
+        return reinterpret_cast<const T*>(data(0, y));
+    }
 
     /// Allocates tight, uninitialised rows, unless size and mode are already those: then the image
-    /// stays as it is, also when it is a view.
+    /// stays as it is, also when it is a view. A size of more than 2^31 - 1 bytes or with a
+    /// negative side is `std::bad_alloc`, after which the header stands and `data()` is null.
     void create(const Size& size, ColorMode mode);
     /// A deep copy; into the memory at hand when size and mode agree.
     void create(const Image& source) { copyFrom(source); }
     /// The header alone: no pixels.
     void createHeader(const Size& size, ColorMode mode);
-    /// A view of `image`, or of a non-empty rectangle inside it, on the same buffer.
+    /// A view of `image`, or of a non-empty rectangle inside it, on the same buffer and with the
+    /// same pitch. A rectangle of the image itself narrows it.
     void createRef(const Image& image);
     void createRef(const Image& image, const Rect& rect);
     /// A header over memory of the caller's; the pitch is tight unless given, in bytes.
     void createRef(unsigned char* data, const Size& size, ColorMode mode);
-    void createRef(unsigned char* data, const Size& size, ColorMode mode,
-                   unsigned int stripLength);
+    void createRef(unsigned char* data, const Size& size, ColorMode mode, unsigned int stripLength);
     /// Back to "not created".
     void reset();
 
@@ -65,13 +71,23 @@ public:
     bool operator==(const Image& other) const;
     bool operator!=(const Image& other) const { return !(*this == other); }
 
+    /// Writes the image to `path` in a form chosen by the extension; see KZ_ImageFile.h. An unknown
+    /// extension, an image not created and a file that cannot be written are assertions.
+    void save(const std::string& path) const;
+    /// Reads what `save` wrote. A file that cannot be read or is malformed is an assertion and
+    /// leaves the image as it was.
+    void load(const std::string& path);
+
     // Sub-pixel access. Names with 256 take fixed point with eight fractional bits. The neighbours
     // to the right and below are read without a check of bounds.
     int fractionalValueMono(int x256, int y256) const;
+    /// Leaves out cells of 0 and of 5000 and more; 0 when they make up more than half.
     int fractionalValueDepth(int x256, int y256) const;
     /// 16.16 value of a MONO or DEPTH image.
     int fractionalValue256(int x256, int y256) const;
-    int fractionalPixel256(int x256, int y256) const { return fractionalValue256(x256, y256) >> 16; }
+    int fractionalPixel256(int x256, int y256) const {
+        return fractionalValue256(x256, y256) >> 16;
+    }
     int fractionalPixel(float x, float y) const;
     int fractionalPixel(const PointF& p) const { return fractionalPixel(p.x, p.y); }
     float fractionalPixelFloat(float x, float y) const;
@@ -97,6 +113,7 @@ private:
 /// Sets every pixel to 0 and leaves what lies between rows alone.
 void zero(Image& image);
 
+/// Size, mode and one line of numbers a row.
 std::ostream& operator<<(std::ostream& stream, const Image& image);
 /// Always an assertion: there is no text form to read.
 std::istream& operator>>(std::istream& stream, Image& image);
