@@ -50,7 +50,6 @@ private:
     void detectTracking(DetectorData& data, const KZ::DetectRegion& region, DetectorResult& result);
     void detectTrigger(DetectorData& data, const KZ::DetectRegion& region, DetectorResult& result);
     void remember(const DetectorResult& hit);
-    void addToHistory(int hit);
     void forgetHistory();
     int countHits();
 

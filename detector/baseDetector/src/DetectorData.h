@@ -16,7 +16,7 @@ struct DetectorData {
     std::string outputFramePart;  ///< frame parameter "output-frame-part" of this frame
     int frameState = 0;
 
-    KZ::Image image;         ///< reference to the input of an engine that prepares frames itself
+    KZ::Image inputImage;    ///< reference to the input of an engine that prepares frames itself
     KZ::Image bgr;           ///< reference to a BGR input; not created for a mono input
     KZ::Image rgb;           ///< made by `getImage`
     KZ::Image mono;          ///< own pixels
@@ -36,10 +36,10 @@ struct DetectorData {
     void setPyramidParameters(float startZoom, int numLayers);
     /// Takes a MONO or BGR frame into `mono` and the frame before into `previousMono`; on the
     /// first frame the two are equal. Another mode is an assertion.
-    void computeBase(const KZ::Image& source);
-    /// `computeBase`, then the products on `rect`, which must lie inside `source`: otherwise an
+    void computeBase(const KZ::Image& image);
+    /// `computeBase`, then the products on `rect`, which must lie inside `image`: otherwise an
     /// assertion, before anything changes.
-    void compute(const KZ::Image& source, const KZ::Rect& rect);
+    void compute(const KZ::Image& image, const KZ::Rect& rect);
     /// Integral image and pyramid of the `mono` at hand, on `rect` in its pixels. An empty
     /// rectangle leaves the frame without products.
     void compute(const KZ::Rect& rect);

@@ -25,7 +25,9 @@ public:
     void detect() override {}
 
 private:
-    void publishResult();
+    /// The grey picture of this frame, `frameSize_` wide and high, with tight rows.
+    const KZ::Image& greyFrame(const KZ::ViFrameParameters& params);
+    static void publishResult(KZ::ViResult& result);
 
     KZ::BaseSize<int> frameSize_;  ///< of the grey frame that the gesture engine receives
 };

@@ -20,12 +20,12 @@ public:
     /// Radians by which the camera is turned, for the next `detect`.
     void setAngle(float angle) { angle_ = angle; }
     /// Makes the upright, reduced picture of a MONO frame; another mode is an assertion.
-    void setData(const KZ::Image& frame, float angle);
+    void setData(const KZ::Image& currentFrame, float angle);
     /// Runs another chain than the built-in one, which is built only where none is set.
     void setDetector(const KZ::SharedPtr<BaseDetector>& detector) { detector_ = detector; }
 
-    /// Looks at `data.image`. A confirmed palm has a set location in frame pixels, its angle in
-    /// degrees, and the name "palm"; else the result is empty or has no set location.
+    /// Looks at `data.inputImage`. A confirmed palm has a set location in frame pixels, its angle
+    /// in degrees, and the name "palm"; else the result is empty or has no set location.
     void detect(DetectorData& data, const KZ::DetectRegion& region,
                 DetectorResult& result) override;
     /// Sets the angle to 0; the chain keeps its memory of earlier frames.
@@ -38,6 +38,8 @@ public:
     float zoom() const { return zoom_; }
 
 private:
+    /// Whole-number part of the zoom, by which it makes `zoomedFrame_`.
+    int reduce(const KZ::Image& frame);
     void mapToInput(LocationState& location) const;
 
     KZ::Image zoomedFrame_;
@@ -49,4 +51,5 @@ private:
     DetectorData data_;  ///< the products of `rotatedFrame_`
     float angle_ = 0;
     float zoom_ = 1;
+    bool zoomedIsView_ = false;  ///< `zoomedFrame_` shows the caller's pixels
 };
