@@ -1,40 +1,32 @@
-#include <cstring>
 #include <iomanip>
 
 #include "KZ_Assert.h"
-#include "KZ_Image.h"
+#include "KZ_ImageCells.h"
 
 namespace KZ {
 
 namespace {
 
-template <typename T>
-T cell(const unsigned char* pixel, int i) {
-    T value;
-    std::memcpy(&value, pixel + static_cast<size_t>(i) * sizeof(T), sizeof(T));
-    return value;
-}
-
 void writePixel(std::ostream& stream, const unsigned char* pixel, ColorMode mode, int depth) {
     switch (mode) {
         case COLOR_MODE_MONO16:
         case COLOR_MODE_DEPTH:
-            stream << std::setw(5) << cell<uint16_t>(pixel, 0);
+            stream << std::setw(5) << cellAt<uint16_t>(pixel, 0);
             break;
         case COLOR_MODE_INTEGRAL:
         case COLOR_MODE_INTEGRAL_HOG_UNSIGNED6:
         case COLOR_MODE_INTEGRAL_HOG_SIGNED12:
             for (int i = 0; i < depth / 4; ++i)
-                stream << std::setw(10) << cell<uint32_t>(pixel, i) << ", ";
+                stream << std::setw(10) << cellAt<uint32_t>(pixel, i) << ", ";
             break;
         case COLOR_MODE_FLOAT:
-            stream << std::setprecision(8) << cell<float>(pixel, 0);
+            stream << std::setprecision(8) << cellAt<float>(pixel, 0);
             break;
         case COLOR_MODE_FLOAT2:
-            for (int i = 0; i < 2; ++i) stream << std::setw(5) << cell<float>(pixel, i);
+            for (int i = 0; i < 2; ++i) stream << std::setw(5) << cellAt<float>(pixel, i);
             break;
         case COLOR_MODE_USHORT2:
-            for (int i = 0; i < 2; ++i) stream << std::setw(5) << cell<uint16_t>(pixel, i);
+            for (int i = 0; i < 2; ++i) stream << std::setw(5) << cellAt<uint16_t>(pixel, i);
             break;
         default:
             for (int i = 0; i < depth; ++i) stream << std::setw(3) << +pixel[i];
