@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KZ_ImageData.h"
+#include "KZ_Yuv420Rows.h"
 
 // The camera's planar format: width * height bytes of luma, then one pair of chroma bytes for each
 // 2 by 2 block. It is described as an image of one byte a pixel whose height counts the chroma rows
@@ -11,10 +12,6 @@ namespace KZ {
 /// Size of the picture in a buffer described by `in`, halved with `zoomTwice`. All divisions
 /// truncate, that of the height by 3 first.
 Size getOutputSize(const Size& in, bool zoomTwice);
-
-/// Writes the three bytes of one pixel, B, G, R (or R, G, B), and moves `dst` behind them. `y` is
-/// the full-range byte, taken without an offset, `u` and `v` are bytes less 128.
-void computeBgr(int y, int u, int v, unsigned char*& dst, bool swapRedBlue);
 
 /// Converts the buffer that `in` describes (its width, height and data count; rows are tight) into
 /// a BGR image of `getOutputSize`. A pair is (V, U), with `swapUV` (U, V). Full size: the pixels of
