@@ -22,7 +22,7 @@ public:
         float triggerRoiScale = 1.0f;  ///< trigger search area against the frame
         bool sweepAngle = false;       ///< trigger mode searches 30 degrees, turned by 60 a frame
 
-        explicit Parameters(int triggerPeriod) : triggerPeriod(triggerPeriod) {}
+        explicit Parameters(int period) : triggerPeriod(period) {}
     };
 
     /// Takes ownership of `detector`.

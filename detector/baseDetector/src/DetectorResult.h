@@ -17,12 +17,12 @@ struct DetectorResult {
     KZ::SharedPtr<DetectorResult> previous;  ///< an earlier result, or null
 
     DetectorResult() = default;
-    explicit DetectorResult(bool found) : found(found) {}
-    explicit DetectorResult(const std::string& name) : name(name) {}
-    explicit DetectorResult(const char* name) : name(name) {}
-    explicit DetectorResult(const LocationState& location) : location(location) {}
-    DetectorResult(const std::string& name, const LocationState& location)
-        : name(name), location(location) {}
+    explicit DetectorResult(bool isFound) : found(isFound) {}
+    explicit DetectorResult(const std::string& patternName) : name(patternName) {}
+    explicit DetectorResult(const char* patternName) : name(patternName) {}
+    explicit DetectorResult(const LocationState& place) : location(place) {}
+    DetectorResult(const std::string& patternName, const LocationState& place)
+        : name(patternName), location(place) {}
 
     /// Back to "nothing found"; `previous` stays.
     void reset();
