@@ -16,8 +16,8 @@ public:
     using Act = std::function<void(DetectorData&, const KZ::DetectRegion&, DetectorResult&)>;
 
     FakeDetector() = default;
-    explicit FakeDetector(Act act, const KZ::Rect& roi = KZ::Rect())
-        : act(std::move(act)), roi(roi) {}
+    explicit FakeDetector(Act action, const KZ::Rect& needed = KZ::Rect())
+        : act(std::move(action)), roi(needed) {}
     ~FakeDetector() override {
         if (deleted) ++*deleted;
     }
