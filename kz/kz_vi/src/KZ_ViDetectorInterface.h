@@ -61,9 +61,8 @@ protected:
     CommandLineParser commandLineParser_;
 
 private:
-    void logFrameParameters(const std::map<std::string, std::string>& parameters) const;
-    void takeImages(const ViFrameParameters& params);
-    void updateImages();
+    void takeImages(const std::map<std::string, Image>& images);
+    void setImages(const std::map<std::string, Image>& images);
 };
 
 }  // namespace KZ
