@@ -28,8 +28,9 @@ void mapImages(const Image& source1, const Image& source2, Image& target, const 
     mapCellPairs<T, T>(source1, source2, target, region, cells, operation);
 }
 
-int difference(int a, int b) {
-    return a < b ? b - a : a - b;
+// In bytes throughout: three vector instructions for sixteen pixels.
+Byte difference(Byte a, Byte b) {
+    return static_cast<Byte>(std::max(a, b) - std::min(a, b));
 }
 
 void absDiffBgrRow(const Byte* s1, const Byte* s2, Byte* __restrict t, int n) {
@@ -123,9 +124,8 @@ void minImage(const Image& source1, const Image& source2, Image& target, const R
 void absDiff(const Image& source1, const Image& source2, Image& target, const Rect& rect) {
     switch (source1.colorMode()) {
         case COLOR_MODE_MONO:
-            return mapImages<Byte>(source1, source2, target, rect, [](Byte s1, Byte s2) {
-                return static_cast<Byte>(difference(s1, s2));
-            });
+            return mapImages<Byte>(source1, source2, target, rect,
+                                   [](Byte s1, Byte s2) { return difference(s1, s2); });
         case COLOR_MODE_BGR: {
             checkAgreement(source1, source2);
             const Rect region = regionOf(source1, rect);
