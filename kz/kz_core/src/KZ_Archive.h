@@ -107,7 +107,8 @@ public:
         if constexpr (IsArchiveRecord<T>::value && !std::is_same_v<T, bool>) {
             requireBytes(stream_, count, sizeof(T));
             values->resize(count);
-            for (T& value : *values) *this& value;
+            stream_.read(reinterpret_cast<char*>(values->data()),
+                         static_cast<std::streamsize>(sizeof(T)) * count);
         } else {
             // Element by element: only the stream tells how large one is.
             requireBytes(stream_, count, 1);
