@@ -1,0 +1,52 @@
+#pragma once
+
+#include <opencv2/core.hpp>
+
+#include "Random.h"
+
+namespace training {
+
+/// How a picture is laid into a frame. The steps, in order: mirror about the anchor, scale, turn,
+/// tilt in depth, move the anchor to `position`.
+struct Placement {
+    cv::Point2d anchor;    ///< in the picture
+    cv::Point2d position;  ///< of the anchor in the frame
+    double scale = 1;      ///< frame pixels per picture pixel
+    double aspect = 1;     ///< further horizontal stretch
+    double turn = 0;       ///< degrees, counter-clockwise on the screen
+    bool mirrored = false;
+    cv::Point2d tilt;  ///< relative change of scale per frame pixel to the right and downward
+
+    /// Picture to frame in homogeneous coordinates of pixel centres.
+    cv::Matx33d matrix() const;
+};
+
+cv::Point2d transformed(const cv::Matx33d& matrix, const cv::Point2d& p);
+
+/// Lays `photo` over `frame` (both 8-bit grey). Where the frame reaches beyond the picture it keeps
+/// what it held, and over the last `feather` picture pixels the two fade into each other.
+/// `sharpness` is 1 for the resolution of the frame's pixels; up to 2 it leaves finer detail in,
+/// which the sampling then folds, as cameras that skip pixels do.
+void paste(const cv::Mat& photo, const Placement& placement, double feather, double sharpness,
+           cv::Mat& frame);
+
+/// A random part of `scene`, mirrored or turned by quarters, that fills `frame`. It is shrunk by
+/// no more than what fits, and enlarged at most `maxEnlargement` times.
+void fillWithScene(const cv::Mat& scene, double maxEnlargement, Random& random, cv::Mat& frame);
+
+/// The middle of `scene`, at the scale at which it just covers `frame`.
+void coverWithScene(const cv::Mat& scene, cv::Mat& frame);
+
+/// What light and sensor do to a frame.
+struct Exposure {
+    double contrast = 1;    ///< about the frame's mean
+    double brightness = 0;  ///< grey levels
+    double blur = 0;        ///< standard deviation in frame pixels
+    double noise = 0;       ///< standard deviation in grey levels
+
+    static Exposure draw(Random& random);
+};
+
+void expose(const Exposure& exposure, Random& random, cv::Mat& frame);
+
+}  // namespace training
