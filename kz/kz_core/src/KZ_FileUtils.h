@@ -8,7 +8,7 @@ namespace KZ {
 std::string getFileExtention(const std::string& path);
 
 /// Makes the folders that `path` lies in, as far as they are missing. False, with the platform's
-/// error number left in `errno`, when one can neither be made nor entered.
+/// error number left in `errno`, when one cannot be made.
 bool createParentDirectories(const std::string& path);
 
 }  // namespace KZ

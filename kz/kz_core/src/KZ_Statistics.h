@@ -28,8 +28,8 @@ extern template unsigned char median(std::vector<unsigned char>&);
 
 /// With n - 1 in the denominator; 0 for fewer than two values.
 float variance(const float* values, int n);
-/// Mean squared distance from the centre of gravity; 0 for fewer than two points. Sums are held in
-/// 32 bits.
+/// Mean squared distance from the centre of gravity; 0 for fewer than two points. The sums
+/// of coordinates and of their squares must stay within 32 bits.
 float variance(const std::vector<Point>& points);
 
 /// Mean products of the deviations from `mean`, 2 by 2 or 3 by 3; zero for an empty list. With

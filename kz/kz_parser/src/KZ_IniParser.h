@@ -19,7 +19,8 @@ public:
     /// A key that does not exist is an assertion.
     const std::string& getKey(const std::string& fullKey) const;
     const std::string& getKey(const std::string& section, const std::string& key) const;
-    /// False, and nothing stored, for a key or value that a file could not hold.
+    /// False, and nothing stored, when the key is empty or holds a blank, tab, "-", "=" or bracket,
+    /// or the value a "=" or line break.
     bool setKey(const std::string& fullKey, const std::string& value);
     bool setKey(const std::string& section, const std::string& key, const std::string& value);
     /// Full keys of all sections, or of one.
