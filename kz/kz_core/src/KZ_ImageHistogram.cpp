@@ -23,10 +23,10 @@ unsigned int ImageHistogram::count(int value) const {
 
 int ImageHistogram::percentile(float fraction) const {
     if (total_ == 0) return 0;
-    const double wanted = static_cast<double>(fraction) * total_;
-    double below = counts_[0];
+    const float wanted = fraction * static_cast<float>(total_);
+    unsigned int below = counts_[0];
     int value = 0;
-    while (value + 1 < NUM_BINS && below < wanted) below += counts_[++value];
+    while (value + 1 < NUM_BINS && static_cast<float>(below) < wanted) below += counts_[++value];
     return value;
 }
 

@@ -27,6 +27,9 @@ public:
     SharedHolder() : SharedHolder(nullptr, &staticCounter_) {}
     /// Takes ownership of `p` under a new counter.
     explicit SharedHolder(T* p) : pointer_(p), counter_(new UseCount(1)) {}
+    /// Takes ownership only if told so.
+    SharedHolder(T* p, bool owned)
+        : SharedHolder(p, owned ? new UseCount(0) : &staticCounter_) {}
     SharedHolder(const SharedHolder& other) : SharedHolder(other.pointer_, other.counter_) {}
     template <typename U, typename D>
     SharedHolder(const SharedHolder<U, D>& other) : SharedHolder(other.get(), other.counter()) {}
