@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "KZ_CopyImage.h"
+#include "LogCapture.h"
+#include "TestImages.h"
+
+using KZ::Image;
+using KZ::Point;
+using KZ::Rect;
+using KZ::Size;
+using testing_support::assertionOf;
+using testing_support::conditionOf;
+
+namespace {
+
+const KZ::ColorMode MODES[] = {KZ::COLOR_MODE_MONO,   KZ::COLOR_MODE_DEPTH,
+                               KZ::COLOR_MODE_BGR,    KZ::COLOR_MODE_RGBA,
+                               KZ::COLOR_MODE_FLOAT2, KZ::COLOR_MODE_INTEGRAL_HOG_UNSIGNED6};
+
+TEST(CopyImage, ClipsToBothImages) {
+    std::mt19937 random(21);
+    const int far = 2000000000;
+    struct Row {
+        const char* what;
+        Rect rect;
+        Point to;
+    };
+    const Row rows[] = {
+        {"inside", Rect(1, 2, 5, 6), Point(3, 1)},
+        {"source clips left and top", Rect(-3, -2, 4, 5), Point(1, 1)},
+        {"target clips", Rect(0, 0, 9, 8), Point(-4, 5)},
+        {"both clip", Rect(-2, 3, 20, 30), Point(6, -1)},
+        {"all-zero rectangle is the whole", Rect(), Point(2, 2)},
+        {"an empty one is nothing", Rect(3, 3, 3, 5), Point(0, 0)},
+        {"out of the target", Rect(0, 0, 9, 8), Point(far, 0)},
+        {"out of the source", Rect(-far, -far, 2 - far, far), Point(-far, far)},
+    };
+    for (const Row& row : rows)
+        for (const KZ::ColorMode mode : {KZ::COLOR_MODE_MONO, KZ::COLOR_MODE_BGR}) {
+            SCOPED_TRACE(row.what);
+            GuardedImage source(9, 8, mode, 2), target(7, 10, mode, 3);
+            source.randomize(random);
+            KZ::zero(target.image);
+            KZ::copyImage(source.image, target.image, row.rect, row.to);
+            EXPECT_TRUE(target.gapsAreUntouched());
+            const Rect rect = row.rect == Rect() ? source.image.rect() : row.rect;
+            for (int y = 0; y < 10; ++y)
+                for (int x = 0; x < 7; ++x) {
+                    const int64_t sx = int64_t(x) - row.to.x + rect.left;
+                    const int64_t sy = int64_t(y) - row.to.y + rect.top;
+                    const bool isCopied = sx >= std::max(rect.left, 0) && sx < rect.right &&
+                                          sx < 9 && sy >= std::max(rect.top, 0) &&
+                                          sy < rect.bottom && sy < 8;
+                    ASSERT_EQ(isCopied ? byteAt(source.image, int(sx), int(sy)) : 0,
+                              byteAt(target.image, x, y));
+                }
+        }
+}
+
+TEST(CopyImage, TargetMode) {
+    Image source(Size(4, 3), KZ::COLOR_MODE_RGB), created, mono(Size(4, 3), KZ::COLOR_MODE_MONO);
+    KZ::zero(source);
+    KZ::copyImage(source, created);
+    EXPECT_EQ(source, created);
+    EXPECT_EQ("(target).colorMode() == (source.colorMode())",
+              conditionOf([&] { KZ::copyImage(source, mono, Rect()); }));
+}
+
+// Every pixel is that of the nearest place inside the rectangle.
+TEST(CopyImageBorder, SmearsTheEdge) {
+    std::mt19937 random(22);
+    for (const KZ::ColorMode mode : {KZ::COLOR_MODE_MONO, KZ::COLOR_MODE_BGR})
+        for (const Rect rect : {Rect(2, 1, 5, 4), Rect(-3, 3, 1, 90), Rect(0, 0, 8, 6)}) {
+            GuardedImage source(8, 6, mode, 1), target(8, 6, mode, 2);
+            source.randomize(random);
+            KZ::copyImageBorder(source.image, target.image, rect);
+            EXPECT_TRUE(target.gapsAreUntouched());
+            const Rect inner = rect.intersection(source.image.rect());
+            for (int y = 0; y < 6; ++y)
+                for (int x = 0; x < 8; ++x)
+                    for (int c = 0; c < source.image.depth(); ++c)
+                        ASSERT_EQ(byteAt(source.image, std::clamp(x, inner.left, inner.right - 1),
+                                         std::clamp(y, inner.top, inner.bottom - 1), c),
+                                  byteAt(target.image, x, y, c));
+        }
+    Image source(Size(4, 4), KZ::COLOR_MODE_MONO), target;
+    EXPECT_EQ("innerRect.area() != 0",
+              conditionOf([&] { KZ::copyImageBorder(source, target, Rect(4, 0, 9, 4)); }));
+}
+
+// Where pixel (x, y) of an image of `size` goes.
+Point turned(const Point& p, const Size& size, int quarters) {
+    switch ((quarters + 400) % 4) {
+        case 0:
+            return p;
+        case 1:
+            return Point(p.y, size.width - 1 - p.x);
+        case 2:
+            return Point(size.width - 1 - p.x, size.height - 1 - p.y);
+        default:
+            return Point(size.height - 1 - p.y, p.x);
+    }
+}
+
+TEST(Turns, MovePixelsOfEveryMode) {
+    std::mt19937 random(23);
+    for (const KZ::ColorMode mode : MODES) {
+        GuardedImage guarded(5, 3, mode, 4);
+        const Image& source = guarded.randomize(random).image;
+        const int bytes = source.depth();
+        const auto expectMoved = [&](const Image& target, auto place) {
+            for (int y = 0; y < 3; ++y)
+                for (int x = 0; x < 5; ++x) {
+                    const Point to = place(Point(x, y));
+                    ASSERT_EQ(
+                        0, std::memcmp(source.data(x, y), target.data(to.x, to.y), size_t(bytes)))
+                        << x << " " << y;
+                }
+        };
+        Image target;
+        for (int quarters = -5; quarters <= 6; ++quarters) {
+            SCOPED_TRACE(quarters);
+            KZ::rotatePi4(source, target, quarters);
+            ASSERT_EQ(quarters % 2 ? Size(3, 5) : Size(5, 3), target.size());
+            expectMoved(target, [&](Point p) { return turned(p, Size(5, 3), quarters); });
+        }
+        KZ::transpose(source, target);
+        expectMoved(target, [](Point p) { return Point(p.y, p.x); });
+        KZ::flipTopBottom(source, target);
+        expectMoved(target, [](Point p) { return Point(p.x, 2 - p.y); });
+        KZ::flipLeftRight(source, target);
+        expectMoved(target, [](Point p) { return Point(4 - p.x, p.y); });
+        KZ::flipLeftRight(target);
+        EXPECT_EQ(source, target);
+        // In place by the two-argument forms too.
+        KZ::rotatePi4(target, target, 1);
+        KZ::transpose(target, target);
+        KZ::flipLeftRight(target, target);
+        EXPECT_EQ(source, target);
+        KZ::flipTopBottom(target, target);
+        expectMoved(target, [](Point p) { return Point(p.x, 2 - p.y); });
+    }
+}
+
+TEST(Turns, NeedAnImage) {
+    Image empty, target;
+    EXPECT_EQ("(source).isCreated()", conditionOf([&] { KZ::flipLeftRight(empty); }));
+    EXPECT_EQ("image is not created\n", assertionOf([&] { KZ::rotatePi4(empty, target, 0); }));
+}
+
+}  // namespace
