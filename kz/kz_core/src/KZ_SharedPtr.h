@@ -70,6 +70,7 @@ private:
 
     void release() {
         if (counter_->fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+        if (counter_ == &staticCounter_) return;  // for the compiler, which cannot see the count
         Deleter::free(pointer_);
         delete counter_;
     }
