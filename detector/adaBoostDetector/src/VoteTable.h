@@ -12,6 +12,8 @@
 namespace VoteTable {
 
 const int SIZE = 256;
+/// Largest side of a patch, and largest coordinate in it, that a file may tell.
+const int MAX_SIDE = 4096;
 
 /// A holder of constant votes that never frees them.
 KZ::SharedArray<signed char> unowned(const signed char* votes);
@@ -29,7 +31,8 @@ void writeRow(std::ostream& stream, const signed char* votes);
 
 /// Reads a number; one outside `min` to `max` fails the stream. 0 after a failure.
 int readNumber(std::istream& stream, int min, int max);
-/// Rectangles in files: top, left, right, bottom, then a tab.
+/// Rectangles in files: top, left, right, bottom, then a tab. An inverted one, and one that no
+/// patch can hold, fails the stream.
 void saveRect(std::ostream& stream, const KZ::Rect& rect);
 KZ::Rect loadRect(std::istream& stream);
 /// Rectangles in generated source: left, top, right, bottom.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <istream>
 #include <ostream>
 
@@ -12,8 +13,8 @@
 class WeakClassifierRmct {
 public:
     /// Where each bit of a code goes when its neighbourhood is turned or mirrored, for whole codes.
-    static const int bitRotationMatrix[256];
-    static const int bitFlipMatrix[256];
+    static const std::array<int, 256> bitRotationMatrix;
+    static const std::array<int, 256> bitFlipMatrix;
 
     const signed char* data = nullptr;  ///< 256 votes
     signed char x;                      ///< position in the patch
@@ -54,5 +55,5 @@ public:
     void writeWeakClassifier(std::ostream& stream) const;
 
 private:
-    void moveTo(const KZ::Point& p);
+    void transform(const KZ::Point& moved, const std::array<int, 256>& codes);
 };

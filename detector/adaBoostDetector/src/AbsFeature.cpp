@@ -1,0 +1,26 @@
+#include "AbsFeature.h"
+
+#include "KZ_Assert.h"
+
+AbsFeature::AbsFeature(const WeakClassifierHaar& haar, int threshold) : rect(haar.allRect) {
+    KZ_ASSERT_POINTER(haar.data);
+    const int size = WeakClassifierHaar::TABLE_SIZE;
+    int lowest = size;
+    int highest = 0;
+    for (int i = 0; i < size; ++i) {
+        if (haar.data[i] < threshold) continue;
+        if (lowest == size) lowest = i;
+        highest = i;
+    }
+    // The inverse of index = sum / (2 * area) + 127.
+    const int middle = (size - 1) >> 1;
+    minValue = 2 * rect.area() * (lowest - middle);
+    maxValue = 2 * rect.area() * (highest - middle + 1) - 1;
+}
+
+void AbsFeature::setStripLength(unsigned short stripBytes) {
+    const int strip = stripBytes >> 2;
+    width = rect.right - rect.left;
+    start = rect.left + rect.top * strip;
+    heightLen = rect.height() * strip;
+}

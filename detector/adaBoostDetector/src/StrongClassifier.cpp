@@ -1,0 +1,189 @@
+#include "StrongClassifier.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include "KZ_Assert.h"
+#include "KZ_Check.h"
+
+namespace {
+
+// What the assertions on ranges test, without an address beyond the range, which may not exist.
+template <typename Weak>
+bool isSaneRange(const Weak* begin, const Weak* end, bool inputGiven) {
+    if (begin == end) return true;
+    const ptrdiff_t limit = static_cast<ptrdiff_t>(10000 * sizeof(Weak));
+    return begin && end && end - begin < limit && inputGiven;
+}
+
+template <typename Weak>
+void checkVotes(const std::vector<Weak>& classifiers) {
+    for (const Weak& weak : classifiers) {
+        const Weak* pClassifiers = &weak;
+        KZ_ASSERT_POINTER(pClassifiers->getData());
+    }
+}
+
+template <typename Weak>
+void setRange(const std::vector<Weak>& classifiers, const Weak*& begin, const Weak*& end) {
+    begin = classifiers.empty() ? nullptr : classifiers.data();
+    end = begin ? begin + classifiers.size() : nullptr;
+}
+
+}  // namespace
+
+#define CHECK_RANGE(begin, end, type)                                                             \
+    do {                                                                                          \
+        if (!isSaneRange(begin, end, true))                                                       \
+            KZ_FAIL_("((" #begin " && " #end " && (" #end " < " #begin " + 10000 * sizeof(" #type \
+                     "))) || (" #begin " == " #end "))",                                          \
+                     false << " == NULL");                                                        \
+    } while (0)
+
+#define CHECK_RANGE_AND_INPUT(begin, end, type, input)                                            \
+    do {                                                                                          \
+        if (!isSaneRange(begin, end, (input) != nullptr))                                         \
+            KZ_FAIL_("((" #begin " && " #end " && (" #end " < " #begin " + 10000 * sizeof(" #type \
+                     ")) && " #input ") || (" #begin " == " #end "))",                            \
+                     false << " == NULL");                                                        \
+    } while (0)
+
+int zoomKey(float zoom) {
+    KZ_ASSERT(zoom > 0 && zoom <= KZ::maxValue<float>(), "incorrect zoom: " << zoom);
+    // 0.1823216 is ln 1.2, the ratio of the pyramid's layers.
+    return static_cast<int>(std::log(zoom) / 0.1823216f + 0.5);
+}
+
+void StrongClassifier::addRmctClassifier(const WeakClassifierRmct& weak) {
+    rmct_.push_back(weak);
+    // `activate` tells from the first one whether offsets have to be made.
+    if (rmct_.size() > 1) rmct_.back().setStrip(rmct_.front().strip());
+    pRmctBegin_ = pRmctEnd_ = nullptr;
+}
+
+void StrongClassifier::addHaarClassifier(const WeakClassifierHaar& weak) {
+    haar_.push_back(weak);
+}
+
+void StrongClassifier::addHogClassifier(const WeakClassifierHog& weak) {
+    hog_.push_back(weak);
+    pHogBegin_ = pHogEnd_ = nullptr;
+}
+
+void StrongClassifier::reset() {
+    *this = StrongClassifier();
+}
+
+void StrongClassifier::activate(int rmctStrip, int integralStrip, float zoom) const {
+    activateRmct(rmctStrip);
+    activateHaar(integralStrip, zoom);
+    activateHog();
+}
+
+void StrongClassifier::activateRmct(int rmctStrip) const {
+    setRange(rmct_, pRmctBegin_, pRmctEnd_);
+    if (rmct_.empty()) return;
+    CHECK_RANGE(pRmctBegin_, pRmctEnd_, WeakClassifierRmct);
+    if (rmct_.front().strip() != rmctStrip)
+        for (WeakClassifierRmct& weak : rmct_) weak.setStrip(rmctStrip);
+    checkVotes(rmct_);
+}
+
+void StrongClassifier::activateHaar(int integralStrip, float zoom) const {
+    if (haar_.empty()) {
+        pHaarBegin_ = pHaarEnd_ = nullptr;
+        return;
+    }
+    const int key = zoomKey(zoom);
+    KZ_ASSERT_GE(key, 0);
+    const size_t entry = static_cast<size_t>(key);
+    if (haarByZoom_.size() <= entry) haarByZoom_.resize(entry + 1);
+    std::vector<WeakClassifierHaar>& resized = haarByZoom_[entry];
+    if (resized.size() != haar_.size()) {
+        resized.resize(haar_.size());
+        for (size_t i = 0; i < haar_.size(); ++i) resized[i].resize(haar_[i], zoom);
+    }
+    setRange(resized, pHaarBegin_, pHaarEnd_);
+    CHECK_RANGE(pHaarBegin_, pHaarEnd_, WeakClassifierHaar);
+    if (static_cast<uint16_t>(resized.front().stripLength * 4) != integralStrip)
+        for (WeakClassifierHaar& weak : resized) weak.setStrip(integralStrip >> 2);
+    checkVotes(resized);
+}
+
+void StrongClassifier::activateHog() const {
+    setRange(hog_, pHogBegin_, pHogEnd_);
+    if (hog_.empty()) return;
+    CHECK_RANGE(pHogBegin_, pHogEnd_, WeakClassifierHog);
+    checkVotes(hog_);
+}
+
+int StrongClassifier::scoreRmct(const unsigned char* p_data) const {
+    CHECK_RANGE_AND_INPUT(pRmctBegin_, pRmctEnd_, WeakClassifierRmct, p_data);
+    int sum = 0;
+    const WeakClassifierRmct* const end = pRmctEnd_;
+    for (const WeakClassifierRmct* weak = pRmctBegin_; weak != end; ++weak)
+        sum += weak->vote(p_data);
+    return sum;
+}
+
+int StrongClassifier::scoreHaar(const unsigned int* integralPtr) const {
+    CHECK_RANGE_AND_INPUT(pHaarBegin_, pHaarEnd_, WeakClassifierHaar, integralPtr);
+    int sum = 0;
+    const WeakClassifierHaar* const end = pHaarEnd_;
+    for (const WeakClassifierHaar* weak = pHaarBegin_; weak != end; ++weak)
+        sum += weak->vote(integralPtr);
+    return sum;
+}
+
+int StrongClassifier::scoreHog(const KZ::Image& integralHog) const {
+    if (hog_.empty()) return 0;
+    KZ_ASSERT_POINTER(pHogBegin_);
+    KZ_ASSERT(integralHog.isCreated(), "IntegralHog not created");
+    pHogEnd_ = hog_.data() + hog_.size();
+    const unsigned int* sums = integralHog.row<unsigned int>(0);
+    int sum = 0;
+    const WeakClassifierHog* const end = pHogEnd_;
+    for (const WeakClassifierHog* weak = pHogBegin_; weak != end; ++weak) sum += weak->vote(sums);
+    return sum;
+}
+
+KZ::Rect StrongClassifier::calculateHogRoi() const {
+    if (hog_.empty()) return KZ::Rect();
+    KZ::Rect roi = hog_.front().block;
+    for (const WeakClassifierHog& weak : hog_) roi = roi.united(weak.block);
+    return roi.resize(1, 1);
+}
+
+void StrongClassifier::moveHogRoi(const KZ::Rect& roi) const {
+    const int cellBytes = static_cast<int>(KZ::depth(KZ::COLOR_MODE_INTEGRAL_HOG_UNSIGNED6));
+    const int strip = (roi.width() + 1) * cellBytes >> 2;
+    const auto moved = [&roi](const KZ::Rect& r) {
+        return KZ::Rect(r.left - roi.left, r.top - roi.top, r.right - roi.left, r.bottom - roi.top);
+    };
+    for (WeakClassifierHog& weak : hog_) {
+        weak.setCell(moved(weak.cell));
+        weak.setBlock(moved(weak.block));
+        weak.setStrip(strip);
+    }
+}
+
+void StrongClassifier::clearActivation() {
+    pRmctBegin_ = pRmctEnd_ = nullptr;
+    pHaarBegin_ = pHaarEnd_ = nullptr;
+    pHogBegin_ = pHogEnd_ = nullptr;
+    haarByZoom_.clear();
+}
+
+void StrongClassifier::rotate(const KZ::Size& size) {
+    clearActivation();
+    for (WeakClassifierRmct& weak : rmct_) weak.rotate(size);
+    for (WeakClassifierHaar& weak : haar_) weak.rotate(size);
+    for (WeakClassifierHog& weak : hog_) weak.rotate(size);
+}
+
+void StrongClassifier::flip(const KZ::Size& size) {
+    clearActivation();
+    for (WeakClassifierRmct& weak : rmct_) weak.flip(size);
+    for (WeakClassifierHaar& weak : haar_) weak.flip(size);
+    for (WeakClassifierHog& weak : hog_) weak.flip(size);
+}
