@@ -17,28 +17,28 @@ void checkImages(const Image& image1, const Image& image2);
 
 // The same checks with the caller's own expression in the message.
 
-#define KZ_CHECK_CREATED(image)                                                             \
-    do {                                                                                    \
+#define KZ_CHECK_CREATED(image)                                                                 \
+    do {                                                                                        \
         if (!(image).isCreated()) KZ_FAIL_("(" #image ").isCreated()", "image is not created"); \
     } while (0)
 
-#define KZ_CHECK_COLOR_MODE(image, mode)                                        \
-    do {                                                                        \
-        if (!((image).colorMode() == (mode)))                                   \
-            KZ_FAIL_("(" #image ").colorMode() == (" #mode ")",                 \
-                     "have " << KZ::colorModeName((image).colorMode())          \
-                             << ", but need " << KZ::colorModeName(mode));      \
+#define KZ_CHECK_COLOR_MODE(image, mode)                                                \
+    do {                                                                                \
+        if (!((image).colorMode() == (mode)))                                           \
+            KZ_FAIL_("(" #image ").colorMode() == (" #mode ")",                         \
+                     "have " << KZ::colorModeName((image).colorMode()) << ", but need " \
+                             << KZ::colorModeName(mode));                               \
     } while (0)
 
-#define KZ_CHECK_SIZE(image, wanted)                                            \
-    do {                                                                        \
-        if (!((image).size() == (wanted)))                                      \
-            KZ_FAIL_("(" #image ").size() == (" #wanted ")",                    \
-                     "have " << (image).size() << ", but need " << (wanted));   \
+#define KZ_CHECK_SIZE(image, wanted)                                          \
+    do {                                                                      \
+        if (!((image).size() == (wanted)))                                    \
+            KZ_FAIL_("(" #image ").size() == (" #wanted ")",                  \
+                     "have " << (image).size() << ", but need " << (wanted)); \
     } while (0)
 
-#define KZ_CHECK_CONTAINS(outer, inner)                                         \
-    do {                                                                        \
-        if (!(outer).contains(inner))                                           \
+#define KZ_CHECK_CONTAINS(outer, inner)                                                         \
+    do {                                                                                        \
+        if (!(outer).contains(inner))                                                           \
             KZ_FAIL_("(" #outer ").contains(" #inner ")", (inner) << " is out of " << (outer)); \
     } while (0)

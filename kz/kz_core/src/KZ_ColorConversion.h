@@ -73,7 +73,8 @@ void depthToRgb(const Image& source, Image& target, unsigned short minDepth,
 void pixelToRGB(unsigned short value, unsigned char& r, unsigned char& g, unsigned char& b,
                 unsigned short minDepth, unsigned short maxDepth);
 
-/// Any source mode that has a rule for the target mode; others are an assertion.
+/// Any source mode that has a rule for the target mode; others are an assertion. A source of the
+/// target mode is copied, and a rectangle then cut off at the image's border.
 void toMono(const Image& source, Image& target, const Rect& rect = Rect());
 void toBgr(const Image& source, Image& target, const Rect& rect = Rect());
 void toRgb(const Image& source, Image& target, const Rect& rect = Rect());

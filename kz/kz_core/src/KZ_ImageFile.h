@@ -10,8 +10,8 @@
 //         first; colours as their luma. GRADIENT, INTEGRAL, FLOAT and the modes of several numbers
 //         a pixel are shown: one grey picture a component, from left to right, each stretched from
 //         its smallest value (black) to its largest (white). Loads as MONO or MONO16.
-// ".ppm"  Binary colour map. Colours without alpha; other modes as their grey map, in 8 bits. Loads
-//         as BGR.
+// ".ppm"  Binary colour map. Colours without alpha, DEPTH in false colours, other modes as their
+//         grey map, in 8 bits. Loads as BGR.
 // ".txt"  "Image <mode> <width> <height>", then one line of numbers a row. Every mode, exactly.
 
 namespace KZ {

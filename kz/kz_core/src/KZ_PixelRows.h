@@ -5,10 +5,15 @@
 
 namespace KZ {
 
+/// True for rectangles that mean the whole image.
+inline bool meansAll(const Rect& rect) {
+    return rect.left == rect.right || rect.top == rect.bottom;
+}
+
 /// The pixels that an operation over `rect` touches: the whole image where it has no width or
 /// height, else the rectangle, which must lie inside (an assertion).
 inline Rect regionOf(const Image& source, const Rect& rect) {
-    if (rect.left == rect.right || rect.top == rect.bottom) return source.rect();
+    if (meansAll(rect)) return source.rect();
     KZ_CHECK_CONTAINS(source.rect(), rect);
     return rect;
 }

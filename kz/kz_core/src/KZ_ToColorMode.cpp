@@ -14,14 +14,10 @@ namespace {
 const unsigned short NEAREST_DEPTH = 500;
 const unsigned short FARTHEST_DEPTH = 5000;
 
+// Unlike the conversions, a copy cuts the rectangle off at the image's border.
 void copyAs(const Image& source, Image& target, ColorMode mode, const Rect& rect) {
-    const Rect region = regionOf(source, rect);
     target.create(source.size(), mode);
-    copyImage(source, target, region);
-}
-
-bool isEmpty(const Rect& rect) {
-    return rect.left == rect.right || rect.top == rect.bottom;
+    copyImage(source, target, meansAll(rect) ? source.rect() : rect);
 }
 
 }  // namespace
@@ -127,7 +123,7 @@ void toYuv(const Image& source, Image& target, const Rect& rect) {
 
 void toColorMode(const Image& source, Image& target, ColorMode mode, const Rect& rect) {
     // For the feature planes an explicit empty rectangle would mean "nothing".
-    const Rect region = isEmpty(rect) ? source.rect() : rect;
+    const Rect region = meansAll(rect) ? source.rect() : rect;
     switch (mode) {
         case COLOR_MODE_MONO:
             return toMono(source, target, rect);
