@@ -109,8 +109,8 @@ void splitChannels(const Image& source, std::vector<Image>& channels);
 /// The reverse: as many MONO images of one size as `mode` has bytes.
 void mergeChannels(const std::vector<Image>& channels, Image& target, ColorMode mode);
 
-/// t = s + noise, rounded and limited to 0 ... 255: uniform from -amplitude to amplitude, or normal with
-/// deviation `sigma`. Draws from the library's generator.
+/// t = s + noise, rounded and limited to 0 ... 255: uniform from -amplitude to amplitude, or normal
+/// with deviation `sigma`. Draws from the library's generator.
 void addWhiteNoise(const Image& source, Image& target, float amplitude, const Rect& rect = Rect());
 void addGaussianNoise(const Image& source, Image& target, float sigma, const Rect& rect = Rect());
 
