@@ -7,6 +7,14 @@
 
 namespace KZ {
 
+namespace {
+
+// Follows the two numbers of the check.
+const char* const LIMIT_MESSAGE =
+    " Exceeded limit of MAX_NUM_BASE_STATES. Consider increase or search for bug";
+
+}  // namespace
+
 int StateAggregator::numBaseStates_ = 0;
 std::ofstream StateAggregator::dotFile_;
 
@@ -44,14 +52,16 @@ void StateAggregator::saveToDot() {
     dotFile_ << node.str();
 }
 
-// A slot stays free behind the last number handed out.
+// The check keeps the last slot free; numbers that were handed out are never taken back, so that
+// they hold for every aggregator of the process.
 int StateAggregator::getId() {
-    if ((numBaseStates_ + 1) >= (MAX_NUM_BASE_STATES))
+    const int next = numBaseStates_ + 1;
+    if (next >= (MAX_NUM_BASE_STATES)) {
         KZ_FAIL_("(numBaseStates_ + 1) < (MAX_NUM_BASE_STATES)",
-                 numBaseStates_ + 1 << " >= " << MAX_NUM_BASE_STATES
-                                    << " Exceeded limit of MAX_NUM_BASE_STATES. Consider increase "
-                                       "or search for bug");
-    return numBaseStates_++;
+                 next << " >= " << MAX_NUM_BASE_STATES << LIMIT_MESSAGE);
+    }
+    numBaseStates_ = next;
+    return next - 1;
 }
 
 void StateAggregator::saveToDot(const std::string& path) {

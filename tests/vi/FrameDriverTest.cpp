@@ -1,0 +1,237 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <functional>
+#include <new>
+
+#include "KZ_DebugImages.h"
+#include "KZ_InheritedState.h"
+#include "KZ_NumericState.h"
+#include "KZ_StateTags.h"
+#include "KZ_Utils.h"
+#include "KZ_ViDetectorInterface.h"
+#include "KZ_ViResultState.h"
+#include "KZ_Yuv420Converter.h"
+#include "LogCapture.h"
+
+using namespace KZ;
+using namespace testing_support;
+
+namespace {
+
+// Folders of profiles that were asked for, and the error that the platform answers with.
+std::vector<std::string> madeFolders;
+int folderError = EEXIST;
+
+class Engine : public ViDetectorInterface {
+public:
+    using ViDetectorInterface::commandLineParser_;
+    using ViDetectorInterface::frameNum_;
+    using ViDetectorInterface::imageDatas_;
+    using ViDetectorInterface::init;
+    using ViDetectorInterface::parameters_;
+    using ViDetectorInterface::resetCount_;
+    using ViDetectorInterface::stateAggregator_;
+    using ViDetectorInterface::viEngineInfo_;
+
+    void init(const std::string& parameters) override {
+        started += parameters;
+        commandLineParser_.parse(parameters);
+    }
+    void detect() override { onFrame(); }
+
+    std::string started;
+    std::function<void()> onFrame = [] {};
+};
+
+ViFrameParameters frameOf(const Image& image, const char* name = "mono") {
+    ViFrameParameters params;
+    params.images[name].createRef(image);
+    return params;
+}
+
+}  // namespace
+
+// The test's own: nothing is looked up or made at the root of the machine that runs it.
+extern "C" int access(const char* path, int mode) noexcept {
+    if (std::string(path).rfind("/storage", 0) == 0) return -1;
+    return static_cast<int>(syscall(SYS_faccessat, AT_FDCWD, path, mode));
+}
+
+extern "C" int mkdir(const char* path, mode_t mode) noexcept {
+    if (std::string(path).rfind("/storage", 0) != 0)
+        return static_cast<int>(syscall(SYS_mkdirat, AT_FDCWD, path, mode));
+    madeFolders.push_back(path);
+    errno = folderError;
+    return folderError ? -1 : 0;
+}
+
+TEST(FrameDriver, OptionsGatherAsOneCommandLine) {
+    LogCapture log;
+    Engine engine;
+    EXPECT_EQ(0u, log.records().at(0).text.find("Build time: "));
+    engine.setParameter("a", nullptr);
+    engine.setParameter("a", "");
+    engine.setParameter("size", "Size(2, 3)");
+    EXPECT_EQ(" --a --a --size=\"Size(2, 3)\"", engine.parameters_);
+    EXPECT_EQ(0, engine.init());
+    EXPECT_EQ(engine.parameters_, engine.started);
+    EXPECT_EQ("Size(2, 3)", engine.commandLineParser_.getString("--size"));
+    engine.processFrame(frameOf(Image(Size(4, 4), COLOR_MODE_MONO)));
+    EXPECT_EQ("", engine.parameters_);
+
+    engine.setParameter("size=\"broken", nullptr);
+    EXPECT_NE("no failure", conditionOf([&] { engine.init(); }));
+}
+
+TEST(FrameDriver, DetectorSeesImagesNumberAndParameters) {
+    Engine engine;
+    Image image(Size(4, 6), COLOR_MODE_MONO);
+    zero(image);
+    ViFrameParameters params = frameOf(image);
+    params.parameters["key"] = "value";
+    SharedPtr<Yuv420Converter> bgr;
+    std::vector<int> seen;
+    engine.onFrame = [&] {
+        SharedPtr<ImageData>& root = engine.imageDatas_["mono"];
+        if (!bgr)
+            bgr = SharedPtr<Yuv420Converter>(
+                new Yuv420Converter(root, COLOR_MODE_BGR, false, false, false));
+        seen.push_back(bgr->get().data()[0]);
+        seen.push_back(engine.stateAggregator_->get<NumericState<int, _FrameNumState>>().value);
+        auto& parameters =
+            engine.stateAggregator_
+                ->get<InheritedState<std::map<std::string, std::string>, _FrameParametersState>>();
+        EXPECT_EQ(params.parameters, parameters);
+        ViResultState::viResult.floats.push_back(1);
+        EXPECT_TRUE(DebugImages::debugImages_.empty());
+        DebugImages::add(root->get(), "root", 1);
+    };
+    for (int i = 0; i < 3; ++i) {
+        image.data()[0] = static_cast<unsigned char>(100 + i);
+        image.data()[16] = image.data()[17] = 128;
+        EXPECT_EQ(1u, engine.processFrame(params).floats.size());
+        if (i == 1) engine.init();  // the images stay as they are, their content must not
+    }
+    EXPECT_EQ(std::vector<int>({116, 0, 117, 1, 118, 2}), seen);
+    DebugImages::reset();
+
+    const auto failure = failureOf([&] {
+        params.images["other"].createRef(image);
+        engine.processFrame(params);
+    });
+    EXPECT_EQ("imageDatas_.count(it->first) > 0", failure.condition);
+    EXPECT_EQ("no key 'other' in imageDatas_\n", failure.detail);
+}
+
+TEST(FrameDriver, LogParameterIsWrittenAsItIs) {
+    Engine engine;
+    ViFrameParameters params = frameOf(Image(Size(4, 4), COLOR_MODE_MONO));
+    params.parameters = {{"log", "x"}, {"other", "y"}};
+    LogCapture log;
+    engine.processFrame(params);
+    ASSERT_EQ(1u, log.records().size());
+    EXPECT_EQ("x", log.records()[0].text);
+    getLogLevel() = 1;
+    engine.processFrame(params);
+    getLogLevel() = 2;
+    ASSERT_EQ(5u, log.records().size());
+    const std::string line = log.records()[3].text;
+    EXPECT_EQ(std::string(20, ' ') + "other = y\n", line.substr(line.size() - 30));
+}
+
+TEST(FrameDriver, ExceptionCostsResultsAndTrackingOnly) {
+    Engine engine;
+    const ViFrameParameters params = frameOf(Image(Size(4, 4), COLOR_MODE_MONO));
+    struct Row {
+        const char* what;
+        std::function<void()> thrower;
+    };
+    const Row rows[] = {
+        {"non-standart exception occured\n", [] { KZ_ASSERT(0, "broken"); }},
+        {"bad_alloc exception occured: std::bad_alloc\n", [] { throw std::bad_alloc(); }},
+    };
+    int resets = 0;
+    for (const Row& row : rows) {
+        engine.onFrame = [] { ViResultState::viResult.gestures = {"palm"}; };
+        EXPECT_EQ(1u, engine.processFrame(params).gestures.size());
+        engine.onFrame = [&] {
+            ViResultState::viResult.gestures = {"half"};
+            row.thrower();
+        };
+        LogCapture log;
+        EXPECT_TRUE(engine.processFrame(params).gestures.empty());
+        EXPECT_NE(
+            std::string::npos,
+            log.text().find(std::string("during execution of command 'detect();' ") + row.what));
+        EXPECT_EQ(++resets, engine.resetCount_);
+        EXPECT_EQ(1, engine.frameNum_);
+    }
+}
+
+TEST(FrameDriver, FlipsInTheFirstImageAndListsKeys) {
+    Engine engine;
+    engine.setParameter("flip", "true");
+    engine.init();
+    engine.onFrame = [] {
+        ViResult& result = ViResultState::viResult;
+        result.rects = {RectF(10, 20, 50, 60), RectF(10.25f, 20.5f, 50.75f, 60.75f),
+                        RectF(320.5f, -1.5f, 321.25f, 0)};
+        result.points = {PointF(10, 20)};
+        result.points3d = {Point3d(10, 20, 30)};
+        result.parameters = {{{"b", "1"}, {"a", "2"}}, {}, {{"key-ring", "old"}}};
+    };
+    const ViResult& result = engine.processFrame(frameOf(Image(Size(320, 4), COLOR_MODE_MONO)));
+    EXPECT_EQ(RectF(270, 20, 310, 60), result.rects[0]);
+    EXPECT_EQ(RectF(269, 20, 309, 60), result.rects[1]);
+    EXPECT_EQ("Rect(-1, -1, 0, 0)", toStr(result.rects[2]));
+    EXPECT_EQ(PointF(309, 20), result.points[0]);
+    EXPECT_EQ(Point3d(10, 20, 30), result.points3d[0]);
+    EXPECT_EQ("a b ", result.parameters[0].at("key-ring"));
+    EXPECT_TRUE(result.parameters[1].empty());
+    EXPECT_EQ("key-ring ", result.parameters[2].at("key-ring"));
+    EXPECT_EQ("no image to flip the results in\n", assertionOf([] {
+                  Engine blind;
+                  blind.flipResults();
+              }));
+}
+
+TEST(FrameDriver, DescriptionFollowsTheImages) {
+    Engine engine;
+    ViFrameParameters params = frameOf(Image(Size(4, 4), COLOR_MODE_MONO), "mono-b");
+    params.images["mono-a"] = Image(Size(4, 4), COLOR_MODE_MONO);
+    EXPECT_TRUE(engine.getEngineInfo().imageNames.empty());
+    engine.processFrame(params);
+    EXPECT_EQ(std::vector<std::string>({"mono-a", "mono-b"}), engine.getEngineInfo().imageNames);
+    engine.viEngineInfo_.imageNames[1] = "mono-c";
+    EXPECT_EQ("imageDatas_.count(viEngineInfo_.imageNames[i])",
+              conditionOf([&] { engine.getEngineInfo(); }));
+    engine.viEngineInfo_.imageNames.pop_back();
+    const auto failure = failureOf([&] { engine.getEngineInfo(); });
+    EXPECT_EQ("(viEngineInfo_.imageNames.size()) == (imageDatas_.size())", failure.condition);
+    EXPECT_EQ("1 != 2\n", failure.detail);
+}
+
+TEST(FrameDriver, ProfileFolderIsAskedForEveryHundredFramesAndOnReset) {
+    Engine engine;
+    const ViFrameParameters params = frameOf(Image(Size(1, 1), COLOR_MODE_MONO));
+    const std::vector<std::string> all = {"/storage", "/storage/emulated", "/storage/emulated/0",
+                                          "/storage/emulated/0/tmp"};
+    madeFolders.clear();
+    for (int i = 0; i < 99; ++i) engine.processFrame(params);
+    EXPECT_TRUE(madeFolders.empty());
+    engine.processFrame(params);
+    EXPECT_EQ(all, madeFolders);
+    madeFolders.clear();
+    folderError = EROFS;
+    LogCapture log;
+    engine.release();
+    folderError = EEXIST;
+    EXPECT_EQ(std::vector<std::string>({"/storage"}), madeFolders);
+    EXPECT_EQ("Failed mkdir /storage/emulated/0/tmp", log.text());
+    EXPECT_EQ(0, engine.frameNum_);
+}

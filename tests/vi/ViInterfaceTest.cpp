@@ -1,0 +1,242 @@
+#include <atomic>
+#include <climits>
+#include <thread>
+
+#include "KZ_DebugImages.h"
+#include "LogCapture.h"
+#include "TestEngine.h"
+
+using namespace testing_support;
+using ViInterfaceTest = ViTest;
+
+namespace {
+
+// Outputs of all readers.
+struct Out {
+    float a = 9, b = 9, c = 9, d = 9;
+    const char* text = "unset";
+    const char* text2 = "unset";
+    const void* data = &text;
+    int width = 9, height = 9, pitch = 9;
+};
+
+struct Reader {
+    const char* name;
+    std::function<int(Out&, int)> read;
+};
+
+const Reader READERS[] = {
+    {"gesture", [](Out& o, int i) { return VI_GetGesture(&o.text, i); }},
+    {"rect", [](Out& o, int i) { return VI_GetRect(&o.a, &o.b, &o.c, &o.d, i); }},
+    {"point", [](Out& o, int i) { return VI_GetPoint(&o.a, &o.b, i); }},
+    {"point3d", [](Out& o, int i) { return VI_GetPoint3d(&o.a, &o.b, &o.c, i); }},
+    {"float", [](Out& o, int i) { return VI_GetFloat(&o.a, i); }},
+    {"parameter", [](Out& o, int i) { return VI_GetParameter("key", &o.text, i); }},
+    {"frame", [](Out& o, int i) { return VI_GetFrame(&o.data, &o.width, &o.height, i); }},
+    {"colour mode", [](Out& o, int i) { return VI_GetFrameColorMode_(&o.text, i); }},
+    {"debug image",
+     [](Out& o, int i) {
+         return VI_GetDebugImage_(&o.text2, &o.data, &o.text, &o.width, &o.height, &o.pitch, i);
+     }},
+};
+
+std::string shown(const Out& o) {
+    const auto text = [](const char* t) { return t ? t : "null"; };
+    return KZ::joined(o.a, " ", o.b, " ", o.c, " ", o.d, " ", text(o.text), " ", text(o.text2), " ",
+                      o.width, "x", o.height, "/", o.pitch, o.data ? " data" : " null");
+}
+
+void giveOneOfEach(KZ::ViResult& result) {
+    result.gestures = {"palm"};
+    result.rects = {KZ::RectF(1, 2, 30, 40)};
+    result.points = {KZ::PointF(5, 6)};
+    result.points3d = {KZ::Point3d(7, 8, 9.5f)};
+    result.floats = {.25f};
+    result.parameters = {{{"key", "value"}}};
+    result.images.emplace_back(KZ::Size(4, 3), KZ::COLOR_MODE_BGR);
+}
+
+}  // namespace
+
+TEST_F(ViInterfaceTest, ReadersGiveElementsAndThenZeros) {
+    engine->onFrame = giveOneOfEach;
+    VI_ProcessFrame();
+    KZ::DebugImages::add(KZ::Image(KZ::Size(5, 2), KZ::COLOR_MODE_MONO16), "edges", 1);
+    const std::string present[] = {
+        "9 9 9 9 palm unset 9x9/9 data",
+        "1 2 30 40 unset unset 9x9/9 data",
+        "5 6 9 9 unset unset 9x9/9 data",
+        "7 8 9.5 9 unset unset 9x9/9 data",
+        "0.25 9 9 9 unset unset 9x9/9 data",
+        "9 9 9 9 value unset 9x9/9 data",
+        "9 9 9 9 unset unset 4x3/9 data",
+        "9 9 9 9 COLOR_MODE_BGR unset 9x9/9 data",
+        "9 9 9 9 COLOR_MODE_MONO16 edges 5x2/10 data",
+    };
+    const std::string absent[] = {
+        "9 9 9 9  unset 9x9/9 data",      "0 0 0 0 unset unset 9x9/9 data",
+        "0 0 9 9 unset unset 9x9/9 data", "0 0 0 9 unset unset 9x9/9 data",
+        "0 9 9 9 unset unset 9x9/9 data", "9 9 9 9 null unset 9x9/9 data",
+        "9 9 9 9 unset unset 0x0/9 null", "9 9 9 9 null unset 9x9/9 data",
+        "9 9 9 9 null null 0x0/0 null",
+    };
+    for (size_t k = 0; k < std::size(READERS); ++k) {
+        SCOPED_TRACE(READERS[k].name);
+        Out first, second, last;
+        EXPECT_EQ(1, READERS[k].read(first, 0));
+        EXPECT_EQ(present[k], shown(first));
+        EXPECT_EQ(0, READERS[k].read(second, 1));
+        EXPECT_EQ(absent[k], shown(second));
+        EXPECT_EQ(0, READERS[k].read(last, INT_MAX));
+        EXPECT_EQ(absent[k], shown(last));
+
+        const auto failure = failureOf([&] { READERS[k].read(first, -1); });
+        EXPECT_EQ("(i) >= (0)", failure.condition);
+        EXPECT_EQ("-1 < 0\n", failure.detail);
+        expectNoLockHeld();
+    }
+    KZ::DebugImages::reset();
+    const char* value = "unset";
+    EXPECT_EQ(0, VI_GetParameter("other", &value, 0));
+    EXPECT_EQ(nullptr, value);
+}
+
+TEST_F(ViInterfaceTest, ColourModeNamesOutliveFrames) {
+    const char *first, *second;
+    engine->onFrame = giveOneOfEach;
+    VI_ProcessFrame();
+    VI_GetFrameColorMode_(&first, 0);
+    VI_ProcessFrame();
+    VI_GetFrameColorMode_(&second, 0);
+    EXPECT_EQ(first, second);
+}
+
+TEST_F(ViInterfaceTest, ParametersHoldForOneFrame) {
+    VI_SetRoi(1, 2, 3, 4);
+    VI_SetRoi(INT_MIN, -5, 0, INT_MAX);
+    VI_SetFrameParameter("key", "first");
+    VI_SetFrameParameter("key", "second");
+    VI_ProcessFrame();
+    const std::map<std::string, std::string> expected = {
+        {"rect", "Rect(-2147483648, -5, 0, 2147483647)"}, {"key", "first"}};
+    EXPECT_EQ(expected, engine->frame.parameters);
+    VI_ProcessFrame();
+    EXPECT_TRUE(engine->frame.parameters.empty());
+}
+
+TEST_F(ViInterfaceTest, FailedFrameKeepsOldResultsAndLeavesNothingBehind) {
+    const unsigned char pixels[6] = {};
+    engine->onFrame = giveOneOfEach;
+    VI_ProcessFrame();
+    engine->onFrame = [](KZ::ViResult&) { KZ_ASSERT(0, "broken"); };
+    VI_SetFrame(pixels, 2, 3, 0);
+    VI_SetFrameParameter("key", "value");
+    EXPECT_EQ("broken\n", assertionOf([] { VI_ProcessFrame(); }));
+    expectNoLockHeld();
+    float score = 0;
+    EXPECT_EQ(1, VI_GetFloat(&score, 0));
+    EXPECT_EQ(.25f, score);
+    engine->onFrame = [](KZ::ViResult& result) { result.floats = {1, 2}; };
+    VI_ProcessFrame();
+    EXPECT_TRUE(engine->frame.parameters.empty() && engine->frame.images.empty());
+    EXPECT_EQ(1, VI_GetFloat(&score, 1));
+}
+
+TEST_F(ViInterfaceTest, InitReadsZoomTwice) {
+    struct Row {
+        const char* value;
+        bool before, expected;
+    };
+    const Row rows[] = {
+        {"1", false, true}, {"0", true, false}, {nullptr, true, true}, {"-2", false, true}};
+    for (const Row& row : rows) {
+        info().parameters.clear();
+        if (row.value) info().parameters["zoom-twice"] = row.value;
+        zoomTwice = row.before;
+        VI_Init();
+        EXPECT_EQ(row.expected, zoomTwice);
+    }
+    info().parameters["zoom-twice"] = "twice";
+    EXPECT_EQ("1 == 1\n", assertionOf([] { VI_Init(); }));
+    expectNoLockHeld();
+}
+
+TEST_F(ViInterfaceTest, CallsReachTheEngine) {
+    VI_SetParameter("size", "Size(2, 2)");
+    VI_SetParameter("flag", nullptr);
+    VI_Init();
+    VI_Reset();
+    VI_Release();
+    VI_Release();
+    EXPECT_EQ("size=Size(2, 2);flag=null;", engine->options);
+    EXPECT_EQ(1, engine->starts);
+    EXPECT_EQ(1, engine->resets);
+    EXPECT_EQ(2, engine->releases);
+    EXPECT_EQ(0, VI_Request_("anything", nullptr));
+    EXPECT_EQ(&info(), VI_GetEngineInfo_());
+    info().version = "1.2";
+    EXPECT_STREQ("1.2", VI_GetVersion());
+}
+
+TEST_F(ViInterfaceTest, NullArgumentsAreRefused) {
+    float f;
+    const char* text;
+    const void* data;
+    int n;
+    const std::function<void()> calls[] = {
+        [] { VI_SetParameter(nullptr, "1"); },
+        [] { VI_SetFrameParameter(nullptr, "1"); },
+        [] { VI_SetFrameParameter("a", nullptr); },
+        [] { VI_Request_(nullptr, "1"); },
+        [] { VI_GetGesture(nullptr, 0); },
+        [&] { VI_GetRect(&f, &f, &f, nullptr, 0); },
+        [&] { VI_GetPoint(nullptr, &f, 0); },
+        [&] { VI_GetPoint3d(&f, nullptr, &f, 0); },
+        [] { VI_GetFloat(nullptr, 0); },
+        [&] { VI_GetParameter(nullptr, &text, 0); },
+        [] { VI_GetParameter("a", nullptr, 0); },
+        [&] { VI_GetFrame(&data, nullptr, &n, 0); },
+        [] { VI_GetFrameColorMode_(nullptr, 0); },
+        [&] { VI_GetDebugImage_(&text, &data, &text, &n, &n, nullptr, 0); },
+    };
+    for (const auto& call : calls) EXPECT_NE("no failure", conditionOf(call));
+    expectNoLockHeld();
+}
+
+// Frames on one thread, readers and setters on another: every answer belongs to one frame.
+TEST_F(ViInterfaceTest, ReadersRunBesideFrames) {
+    std::atomic<bool> done{false};
+    std::atomic<int> torn{0};
+    float number = 0;
+    engine->onFrame = [&](KZ::ViResult& result) {
+        ++number;
+        result.rects.assign(1 + static_cast<int>(number) % 3,
+                            KZ::RectF(number, number, number, number));
+        result.gestures.assign(1, std::to_string(number));
+        result.images.emplace_back(KZ::Size(8, 8), KZ::COLOR_MODE_MONO);
+    };
+    std::thread reader([&] {
+        const char* gesture;
+        const void* data;
+        int width, height;
+        float box[4];
+        while (!done) {
+            if (VI_GetRect(&box[0], &box[1], &box[2], &box[3], 0) &&
+                !(box[0] == box[1] && box[1] == box[2] && box[2] == box[3]))
+                ++torn;
+            VI_GetGesture(&gesture, 0);
+            VI_GetFrame(&data, &width, &height, 0);
+            VI_SetFrameParameter("key", "value");
+            VI_SetRoi(0, 0, 1, 1);
+        }
+    });
+    std::vector<unsigned char> pixels(16 * 24, 128);
+    for (int i = 0; i < 200; ++i) {
+        VI_SetFrame(pixels.data(), 16, 24, 0);
+        VI_ProcessFrame();
+    }
+    done = true;
+    reader.join();
+    EXPECT_EQ(0, torn);
+    EXPECT_EQ(200, number);
+}
