@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "KZ_Matrix.h"
+#include "KZ_RotateImage.h"
+#include "LogCapture.h"
+#include "TestImages.h"
+
+using KZ::Image;
+using KZ::PointF;
+using KZ::Size;
+using testing_support::assertionOf;
+using testing_support::conditionOf;
+
+namespace {
+
+struct Turn {
+    float angle, zoom;
+    PointF center, targetCenter;
+};
+
+// Position of a target pixel in 1/256 pixel, from the definition.
+struct Position {
+    int x, y;
+
+    Position(const Turn& turn, int column, int row) {
+        const float c = std::cos(turn.angle) * turn.zoom, s = std::sin(turn.angle) * turn.zoom;
+        const float dx = -turn.targetCenter.x, dy = float(row) - turn.targetCenter.y;
+        x = int((turn.center.x + dy * -s + dx * c) * 256) + int(c * float(column) * 256);
+        y = int((turn.center.y + dy * c + dx * s) * 256) + int(s * float(column) * 256);
+    }
+};
+
+// Byte `channel` of the bilinear sample with integer weights of 1/65536.
+int sample(const Image& source, int x, int y, int channel) {
+    int sum = 0;
+    for (int i = 0; i < 4; ++i) {
+        const int wx = i % 2 ? x % 256 : 256 - x % 256, wy = i / 2 ? y % 256 : 256 - y % 256;
+        sum += wx * wy * byteAt(source, x / 256 + i % 2, y / 256 + i / 2, channel);
+    }
+    return sum / 65536;
+}
+
+int expectedInterpolated(const Image& source, Position p, int channel, bool extend) {
+    const int limitX = (source.width() - 1) * 256 - 1, limitY = (source.height() - 1) * 256 - 1;
+    const Position inside = [&] {
+        Position q = p;
+        q.x = std::clamp(p.x, 0, limitX);
+        q.y = std::clamp(p.y, 0, limitY);
+        return q;
+    }();
+    if (!extend && (inside.x != p.x || inside.y != p.y)) return 0;
+    return sample(source, inside.x, inside.y, channel);
+}
+
+int expectedMean(const Image& source, Position p, int channel, float zoom, bool extend) {
+    const int block = int(std::max(zoom, 1.0f));
+    int left = p.x / 256 - block / 2, top = p.y / 256 - block / 2;
+    const int maxLeft = source.width() - block, maxTop = source.height() - block;
+    if (maxLeft < 0 || maxTop < 0) return 0;
+    if (!extend && (left < 0 || top < 0 || left > maxLeft || top > maxTop)) return 0;
+    left = std::clamp(left, 0, maxLeft);
+    top = std::clamp(top, 0, maxTop);
+    int sum = 0;
+    for (int i = 0; i < block * block; ++i)
+        sum += byteAt(source, left + i % block, top + i / block, channel);
+    return sum / (block * block);
+}
+
+void expectTurned(const Image& source, const Turn& turn, bool extend) {
+    GuardedImage guarded(31, 23, source.colorMode(), 5);
+    Image& target = guarded.image;
+    KZ::rotateAndZoomImage(source, target, turn.angle, turn.zoom, turn.center, turn.targetCenter,
+                           extend);
+    EXPECT_TRUE(guarded.gapsAreUntouched());
+    for (int y = 0; y < target.height(); ++y)
+        for (int x = 0; x < target.width(); ++x)
+            for (int c = 0; c < target.depth(); ++c) {
+                const Position p(turn, x, y);
+                ASSERT_EQ(turn.zoom > 3 ? expectedMean(source, p, c, turn.zoom, extend)
+                                        : expectedInterpolated(source, p, c, extend),
+                          byteAt(target, x, y, c))
+                    << "angle " << turn.angle << " zoom " << turn.zoom << " at " << x << ", " << y;
+            }
+}
+
+TEST(RotateAndZoomImage, AgreesWithTheDefinition) {
+    std::mt19937 random(31);
+    std::uniform_real_distribution<float> angle(-4, 4), place(-20, 80);
+    for (const KZ::ColorMode mode : {KZ::COLOR_MODE_MONO, KZ::COLOR_MODE_BGR, KZ::COLOR_MODE_YUV})
+        for (const float zoom : {0.3f, 1.0f, 1.152f, 3.0f, 3.01f, 7.9f, 60.0f})
+            for (int i = 0; i < 4; ++i) {
+                GuardedImage source(57, 44, mode, 3);
+                source.randomize(random);
+                const Turn turn = {i ? angle(random) : 0, zoom,
+                                   PointF(place(random), place(random)),
+                                   PointF(place(random) / 3, place(random) / 3)};
+                expectTurned(source.image, turn, i % 2 == 0);
+            }
+}
+
+// The averaging path is the only one for RGBA.
+TEST(RotateAndZoomImage, Rgba) {
+    std::mt19937 random(32);
+    GuardedImage source(57, 44, KZ::COLOR_MODE_RGBA, 3);
+    source.randomize(random);
+    for (const bool extend : {false, true})
+        expectTurned(source.image, Turn{.4f, 4.2f, PointF(30, 20), PointF(15, 11)}, extend);
+    Image target(Size(3, 3), KZ::COLOR_MODE_RGBA);
+    EXPECT_NE("no failure", conditionOf([&] {
+                  KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(20, 20), true);
+              }));
+}
+
+TEST(RotateAndZoomImage, WithoutTargetCentreTheMiddleOfPixelsCounts) {
+    std::mt19937 random(33);
+    GuardedImage source(12, 9, KZ::COLOR_MODE_MONO);
+    source.randomize(random);
+    Image target(Size(12, 9), KZ::COLOR_MODE_MONO), smaller(Size(10, 7), KZ::COLOR_MODE_MONO);
+    EXPECT_FALSE(KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(5.5f, 4), true));
+    EXPECT_TRUE(KZ::rotateAndZoomImage(source.image, smaller, 0, 1, 1, PointF(5.5f, 4), false));
+    for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 11; ++x) {
+            EXPECT_EQ(byteAt(source.image, x, y), byteAt(target, x, y));
+            if (x >= 10 || y >= 7) continue;
+            EXPECT_EQ(byteAt(source.image, x + 1, y + 1), byteAt(smaller, x, y));
+        }
+}
+
+// A frame of one row or column has no neighbours to read; places far off do not overflow.
+TEST(RotateAndZoomImage, ExtremeSizesAndPlaces) {
+    std::mt19937 random(34);
+    Image target(Size(5, 4), KZ::COLOR_MODE_MONO);
+    for (const Size size : {Size(1, 6), Size(7, 1), Size(1, 1), Size(6, 6)}) {
+        GuardedImage source(size.width, size.height, KZ::COLOR_MODE_MONO);
+        source.randomize(random);
+        const int last = byteAt(source.image, size.width - 1, size.height - 1);
+        for (const float far : {1e6f, 3e9f, 1e38f}) {
+            KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(far, far), true);
+            const bool isThin = size.width < 2 || size.height < 2;
+            EXPECT_EQ(isThin ? last : byteAt(target, 0, 0), byteAt(target, 4, 3));
+            KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(-far, far), false);
+            EXPECT_EQ(0, byteAt(target, 2, 2));
+        }
+    }
+}
+
+TEST(RotateAndZoomImage, Refusals) {
+    Image mono(Size(8, 8), KZ::COLOR_MODE_MONO), bgr(Size(4, 4), KZ::COLOR_MODE_BGR);
+    const PointF center(3, 3);
+    EXPECT_EQ("have COLOR_MODE_MONO, but need COLOR_MODE_BGR\n",
+              assertionOf([&] { KZ::rotateAndZoomImage(mono, bgr, 0, 1, center, true); }));
+    EXPECT_EQ("different zooms not implemented yet\n",
+              assertionOf([&] { KZ::rotateAndZoomImage(mono, mono, 0, 1, 1.1f, center, true); }));
+}
+
+TEST(AllInside, CornersMapStrictlyInside) {
+    struct Row {
+        const char* what;
+        float angle, zoom;
+        PointF center;
+        bool expected;
+    };
+    const Row rows[] = {
+        {"touches left and top", 0, 1, PointF(1, 1), true},
+        {"sticks out to the left", 0, 1, PointF(.99f, 1), false},
+        {"just before the last column", 0, 1, PointF(7.99f, 4), true},
+        {"on the last column", 0, 1, PointF(8, 4), false},
+        {"on the last row", 0, 1, PointF(4, 6), false},
+        {"a corner of the turned square sticks out", .785f, 1, PointF(1.2f, 4), false},
+        {"zoomed too large", 0, 4, PointF(4.5f, 3.5f), false},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(row.expected,
+                  KZ::allInside(Size(10, 8), Size(3, 3), KZ::rotationMatrix2d(row.angle) * row.zoom,
+                                row.center, PointF(1, 1)))
+            << row.what;
+}
+
+TEST(GetRotatedFrameSize, BlendsByTheSquaredCosine) {
+    const float pi = 3.14159265f;
+    struct Row {
+        float radians;
+        Size expected;
+    };
+    const Row rows[] = {{0, Size(640, 480)},  {pi / 2, Size(480, 640)}, {-pi / 2, Size(480, 640)},
+                        {pi, Size(640, 480)}, {pi / 3, Size(520, 600)}, {.1f, Size(638, 482)}};
+    for (const Row& row : rows)
+        EXPECT_EQ(row.expected, KZ::getRotatedFrameSize(Size(640, 480), row.radians))
+            << row.radians;
+}
+
+}  // namespace
