@@ -56,8 +56,8 @@ TEST_F(GreToVi, PublishesInCameraPixels) {
     EXPECT_EQ((std::vector<float>{0, 0}), result.floats);
 }
 
-// The default options, a camera held upright by its sensor, a region, a mirror
-// and the usual zoom: where the spot is, there is the box.
+// The default options, a camera held upright by its sensor, a region, a mirror and the usual zoom:
+// where the spot is, there is the box.
 TEST_F(GreToVi, SpotIsFoundWhereItIs) {
     struct Row {
         const char* what;
@@ -152,8 +152,7 @@ TEST_F(GreToVi, MisuseIsAnAssertion) {
     }
 }
 
-// Through the exported functions: after each failure the next call neither
-// hangs nor fails.
+// Through the exported functions: after each failure the next call neither hangs nor fails.
 TEST_F(GreToVi, FailuresLeaveTheInterfaceUnlocked) {
     const std::vector<unsigned char> nv21(640 * 720, 128);
     const auto fails = [](void (*call)()) { return conditionOf(call) != "no failure"; };
