@@ -10,23 +10,6 @@ namespace KZ {
 
 namespace {
 
-// The definition, in bytes so that the compiler can work on many pixels at once. A mean above 255
-// is below no neighbour, so it may be cut off to a byte.
-void rmctRowScalar(const unsigned char* upper, const unsigned char* middle,
-                   const unsigned char* lower, unsigned char* codes, int count) {
-    for (int x = 0; x < count; ++x) {
-        const unsigned char a = upper[x - 1], b = upper[x], c = upper[x + 1];
-        const unsigned char d = middle[x - 1], e = middle[x + 1];
-        const unsigned char f = lower[x - 1], g = lower[x], h = lower[x + 1];
-        const unsigned short sum = static_cast<unsigned short>(a + b + c + d + e + f + g + h + 20);
-        const unsigned short eighth = static_cast<unsigned short>(sum >> 3);
-        const unsigned char mean = static_cast<unsigned char>(eighth > 255 ? 255 : eighth);
-        codes[x] = static_cast<unsigned char>(
-            (mean < a ? 128 : 0) | (mean < b ? 64 : 0) | (mean < c ? 32 : 0) | (mean < d ? 16 : 0) |
-            (mean < e ? 8 : 0) | (mean < f ? 4 : 0) | (mean < g ? 2 : 0) | (mean < h ? 1 : 0));
-    }
-}
-
 void clearBorder(Image& rmct) {
     const size_t width = static_cast<size_t>(rmct.width());
     const int last = rmct.height() - 1;
@@ -67,11 +50,6 @@ std::array<unsigned char, 256> countBits() {
 }
 
 }  // namespace
-
-const std::vector<RmctRowVariant>& rmctRowVariants() {
-    static const std::vector<RmctRowVariant> variants = {{"scalar", rmctRowScalar}};
-    return variants;
-}
 
 void computeRmct(const Image& mono, Image& rmct) {
     computeRmct(mono, rmct, mono.rect());

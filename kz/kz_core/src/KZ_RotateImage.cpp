@@ -94,8 +94,11 @@ inline unsigned char interpolated(const unsigned char* pixels, int stride, const
 }
 
 // The hot loop of the frame's rotation: positions by additions alone.
-void interpolatedRowMono(const RowSource& source, const Position* columns, const Position& base,
+void interpolatedRowMono(const RowSource& row, const Position* columns, const Position& rowBase,
                          unsigned char* out, int width) {
+    // Copies, for the compiler must take `out` to point anywhere else.
+    const RowSource source = row;
+    const Position base = rowBase;
     const unsigned char* pixels = source.image.data();
     const int stride = source.image.stripLength();
     if (source.extendBorder) {
