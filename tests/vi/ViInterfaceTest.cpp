@@ -101,16 +101,6 @@ TEST_F(ViInterfaceTest, ReadersGiveElementsAndThenZeros) {
     EXPECT_EQ(nullptr, value);
 }
 
-TEST_F(ViInterfaceTest, ColourModeNamesOutliveFrames) {
-    const char *first, *second;
-    engine->onFrame = giveOneOfEach;
-    VI_ProcessFrame();
-    VI_GetFrameColorMode_(&first, 0);
-    VI_ProcessFrame();
-    VI_GetFrameColorMode_(&second, 0);
-    EXPECT_EQ(first, second);
-}
-
 TEST_F(ViInterfaceTest, ParametersHoldForOneFrame) {
     VI_SetRoi(1, 2, 3, 4);
     VI_SetRoi(INT_MIN, -5, 0, INT_MAX);
@@ -159,23 +149,6 @@ TEST_F(ViInterfaceTest, InitReadsZoomTwice) {
     info().parameters["zoom-twice"] = "twice";
     EXPECT_EQ("1 == 1\n", assertionOf([] { VI_Init(); }));
     expectNoLockHeld();
-}
-
-TEST_F(ViInterfaceTest, CallsReachTheEngine) {
-    VI_SetParameter("size", "Size(2, 2)");
-    VI_SetParameter("flag", nullptr);
-    VI_Init();
-    VI_Reset();
-    VI_Release();
-    VI_Release();
-    EXPECT_EQ("size=Size(2, 2);flag=null;", engine->options);
-    EXPECT_EQ(1, engine->starts);
-    EXPECT_EQ(1, engine->resets);
-    EXPECT_EQ(2, engine->releases);
-    EXPECT_EQ(0, VI_Request_("anything", nullptr));
-    EXPECT_EQ(&info(), VI_GetEngineInfo_());
-    info().version = "1.2";
-    EXPECT_STREQ("1.2", VI_GetVersion());
 }
 
 TEST_F(ViInterfaceTest, NullArgumentsAreRefused) {

@@ -19,7 +19,7 @@ void yuv420toBgr(const Image& in, Image& out, bool zoomTwice, bool swapRedBlue, 
     const unsigned char* luma = in.data();
     const unsigned char* chroma = luma + out.height() * f * out.width() * f;
     const YuvRow convert = yuvRowVariants().back().row(zoomTwice, swapRedBlue, swapUV);
-    for (int y = 0; y + rowsPerPair <= out.height(); y += rowsPerPair) {
+    for (int y = 0; y < out.height(); y += rowsPerPair) {
         for (int i = 0; i < rowsPerPair; ++i)
             convert(luma + i * pitch, chroma, out.data(0, y + i), pairs);
         luma += 2 * pitch;
