@@ -23,6 +23,8 @@ foreach(kind LIBDIR INCLUDEDIR)
     set(PC_${kind} "\${prefix}/${CMAKE_INSTALL_${kind}}")
   endif()
 endforeach()
+# Found from the file's own place, so that `cmake --install --prefix` may put the tree anywhere.
+file(RELATIVE_PATH PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/raisedHandDetector.pc.in ${PROJECT_BINARY_DIR}/raisedHandDetector.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/raisedHandDetector.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.21)
+
 # The shared library exports its C functions and its few documented objects, each of them, and
 # nothing else. Variables: NM, LIBRARY, HEADERS (list), OBJECTS (list)
 

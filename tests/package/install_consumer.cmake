@@ -1,3 +1,5 @@
+cmake_minimum_required(VERSION 3.21)
+
 # Installs the library into an empty folder and builds and runs a stranger's C program against it:
 # once with find_package, once with pkg-config.
 # Variables: BUILD, WORK, CONSUMER, LIBDIR, EMULATOR, TOOLCHAIN, C_COMPILER
