@@ -133,49 +133,31 @@ TEST(ImagePyramid, LayerAtZoom) {
 
 TEST(ImagePyramid, Refusals) {
     ImagePyramid pyramid;
-    Image mono(Size(8, 8), KZ::COLOR_MODE_MONO), bgr(Size(8, 8), KZ::COLOR_MODE_BGR);
-    KZ::zero(mono);
+    Image mono(Size(8, 8), KZ::COLOR_MODE_MONO);
     EXPECT_EQ("Not inited pyramid\n",
               assertionOf([&] { pyramid.computeMonoLayer(mono, 0, true); }));
     pyramid.init(3, 1, 1.5f);
-    struct Row {
-        unsigned int levels;
-        float start, step;
-        const char* detail;
-    };
-    const Row rows[] = {{0, 1, 2, "numlevels must be >= 1\n"},
-                        {1, .9f, 2, "start must be >= 1\n"},
-                        {1, 1, 1, "step must be > 1, 1\n"}};
-    for (const Row& row : rows)
-        EXPECT_EQ(row.detail, assertionOf([&] { pyramid.init(row.levels, row.start, row.step); }));
+    EXPECT_EQ("numlevels must be >= 1\n", assertionOf([&] { pyramid.init(0, 1, 2); }));
+    EXPECT_EQ("start must be >= 1\n", assertionOf([&] { pyramid.init(1, .9f, 2); }));
+    EXPECT_EQ("step must be > 1, 1\n", assertionOf([&] { pyramid.init(1, 1, 1); }));
     EXPECT_EQ(3u, pyramid.numLayers());
-    for (const int layer : {-1, 3}) {
-        const std::string number = std::to_string(layer) + "\n";
-        EXPECT_EQ("incorrect layer: " + number,
-                  assertionOf([&] { pyramid.computeMonoLayer(mono, layer, true); }));
-        EXPECT_EQ("Layer out of bounds: " + number, assertionOf([&] { pyramid.getMono(layer); }));
-    }
+    EXPECT_EQ("incorrect layer: 3\n",
+              assertionOf([&] { pyramid.computeMonoLayer(mono, 3, true); }));
+    EXPECT_EQ("Layer out of bounds: -1\n", assertionOf([&] { pyramid.getMono(-1); }));
     EXPECT_EQ("0 <= layer && layer < (int)pyramid_.size()",
               conditionOf([&] { pyramid.zoomAtLayer(3); }));
-    EXPECT_EQ("(image).colorMode() == (COLOR_MODE_MONO)",
-              conditionOf([&] { pyramid.computeMonoLayer(bgr, 0, true); }));
 }
 
-TEST(ImagePyramid, SwapAndFreeMemory) {
+TEST(ImagePyramid, TextAndFreedMemory) {
     Image picture(Size(8, 8), KZ::COLOR_MODE_MONO);
     KZ::zero(picture);
-    ImagePyramid pyramid, other;
+    ImagePyramid pyramid;
     pyramid.init(2, 1, 1.5f);
     pyramid.compute(picture, false);
-    pyramid.swap(other);
-    EXPECT_EQ(0u, pyramid.numLayers());
-    EXPECT_EQ(Size(5, 5), other.getMono(1).size());
-    other.freeMemory();
-    EXPECT_FALSE(other.getMono(1).isCreated());
-    EXPECT_FALSE(other.isComputedLayer(0));
-    EXPECT_EQ(1.5f, other.zoomAtLayer(1));
+    pyramid.freeMemory();
+    EXPECT_FALSE(pyramid.isComputedLayer(0));
     std::ostringstream text;
-    text << other;
+    text << pyramid;
     const std::string layer = "Image(Size(0, 0), COLOR_MODE_UNDEFINED)";
     EXPECT_EQ("NumLayers = 2\n    layer #0" + layer + "    layer #1" + layer, text.str());
 }

@@ -42,13 +42,9 @@ TEST(ZoomSkipImage, AnyModeSizeAndZoom) {
                     KZ::zoomSkipImage(source.image, target, zoom, Rect(0, 0, 1, 1));
                 ASSERT_EQ(Size(int(float(size.width) / zoom), int(float(size.height) / zoom)),
                           target.size());
-                for (int y = 0; y < target.height(); ++y)
-                    for (int x = 0; x < target.width(); ++x)
-                        for (int c = 0; c < target.depth(); ++c)
-                            ASSERT_EQ(
-                                byteAt(source.image, int(float(x) * zoom), int(float(y) * zoom), c),
-                                byteAt(target, x, y, c))
-                                << zoom << " " << x << " " << y;
+                expectValues(target, [&](int x, int y, int c) {
+                    return valueAt(source.image, int(float(x) * zoom), int(float(y) * zoom), c);
+                });
             }
 }
 
@@ -77,20 +73,12 @@ TEST(ZoomImage, BoxMeans) {
             Image target;
             KZ::zoomImage(source.image, target, unsigned(zoom));
             ASSERT_EQ(Size(43 / zoom, 27 / zoom), target.size());
-            const bool isDepth = mode == KZ::COLOR_MODE_DEPTH;
-            for (int y = 0; y < target.height(); ++y)
-                for (int x = 0; x < target.width(); ++x)
-                    for (int c = 0; c < (isDepth ? 1 : target.depth()); ++c) {
-                        int sum = 0;
-                        for (int i = 0; i < zoom * zoom; ++i) {
-                            const int sx = x * zoom + i % zoom, sy = y * zoom + i / zoom;
-                            sum += isDepth ? cellAt(source.image, sx, sy)
-                                           : byteAt(source.image, sx, sy, c);
-                        }
-                        ASSERT_EQ(sum / (zoom * zoom),
-                                  isDepth ? cellAt(target, x, y) : byteAt(target, x, y, c))
-                            << "zoom " << zoom << " at " << x << " " << y;
-                    }
+            expectValues(target, [&](int x, int y, int c) {
+                int sum = 0;
+                for (int i = 0; i < zoom * zoom; ++i)
+                    sum += valueAt(source.image, x * zoom + i % zoom, y * zoom + i / zoom, c);
+                return sum / (zoom * zoom);
+            });
         }
 }
 
@@ -117,14 +105,11 @@ TEST(ExpandImage, ReplicatesPixels) {
         KZ::expandImage(source.image, fractional, 2.5f);
         ASSERT_EQ(Size(21, 15), whole.size());
         ASSERT_EQ(Size(17, 12), fractional.size());
-        for (int y = 0; y < 15; ++y)
-            for (int x = 0; x < 21; ++x)
-                for (int c = 0; c < whole.depth(); ++c) {
-                    ASSERT_EQ(byteAt(source.image, x / 3, y / 3, c), byteAt(whole, x, y, c));
-                    if (x >= 17 || y >= 12) continue;
-                    ASSERT_EQ(byteAt(source.image, x * 2 / 5, y * 2 / 5, c),
-                              byteAt(fractional, x, y, c));
-                }
+        expectValues(whole,
+                     [&](int x, int y, int c) { return byteAt(source.image, x / 3, y / 3, c); });
+        expectValues(fractional, [&](int x, int y, int c) {
+            return byteAt(source.image, x * 2 / 5, y * 2 / 5, c);
+        });
     }
 }
 
