@@ -51,8 +51,8 @@ private:
         Shifts() = default;
         Shifts(const Shifts& other) { *this = other; }
         Shifts& operator=(const Shifts& other);
-        /// A table of `(int)(zoom * i)` for i below `newCount`.
-        void fill(float zoom, int newCount);
+        /// A table of `(int)(layerZoom * i)` for i below `newCount`.
+        void fill(float layerZoom, int newCount);
         int operator[](int i) const { return values_[i]; }
 
     private:

@@ -126,8 +126,9 @@ void LayerPatternDetector::Shifts::copySharedShifts(const KZ::SharedArray<int>& 
     to = copy;
 }
 
-void LayerPatternDetector::Shifts::fill(float zoom, int newCount) {
+void LayerPatternDetector::Shifts::fill(float layerZoom, int newCount) {
     count_ = newCount;
     values_ = KZ::SharedArray<int>(new int[static_cast<size_t>(newCount)]);
-    for (int i = 0; i < newCount; ++i) values_[i] = static_cast<int>(static_cast<float>(i) * zoom);
+    for (int i = 0; i < newCount; ++i)
+        values_[i] = static_cast<int>(static_cast<float>(i) * layerZoom);
 }
