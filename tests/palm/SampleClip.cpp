@@ -1,0 +1,126 @@
+// The library, driven through its C interface, on the sample clip with its truth.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <sstream>
+
+#include "Accelerometer.h"
+#include "Engine.h"
+#include "FrameSource.h"
+
+namespace {
+
+const std::string FOLDER = RHD_SOURCE_DIR "/data/sample/";
+
+struct Truth {
+    double time = 0;
+    std::string state;
+    double cx = 0, cy = 0, palmWidth = 0, angle = 0;
+
+    // What the detector answers for: 20 to 60 pixels at half size, 35 degrees.
+    bool palmInRange() const {
+        return state == "palm" && palmWidth >= 40 && palmWidth <= 120 && std::fabs(angle) <= 35;
+    }
+};
+
+std::vector<Truth> readTruth() {
+    std::ifstream file(FOLDER + "truth.csv");
+    std::vector<Truth> rows;
+    std::string line;
+    std::getline(file, line);
+    while (std::getline(file, line)) {
+        std::vector<std::string> cells;
+        std::istringstream stream(line + ",");
+        for (std::string cell; std::getline(stream, cell, ',');) cells.push_back(cell);
+        Truth truth;
+        truth.time = std::stod(cells.at(1));
+        truth.state = cells.at(2);
+        if (!cells.at(3).empty()) {
+            truth.cx = std::stod(cells.at(3));
+            truth.cy = std::stod(cells.at(4));
+            truth.palmWidth = std::stod(cells.at(5));
+            truth.angle = std::stod(cells.at(6));
+        }
+        rows.push_back(truth);
+    }
+    return rows;
+}
+
+const std::vector<palm::Outcome>& outcomes() {
+    static const std::vector<palm::Outcome> all = [] {
+        const auto source = palm::openFile(FOLDER + "raised_palm.mp4", 1);
+        const auto acceleration = palm::AccelerometerLog::read(FOLDER + "acceleration.csv");
+        palm::Engine engine(palm::Options(), cv::Size(640, 480));
+        std::vector<palm::Outcome> found;
+        palm::Frame frame;
+        while (source->next(frame)) {
+            if (const auto* reading = acceleration.at(frame.time)) engine.setAcceleration(*reading);
+            found.push_back(engine.process(frame.picture));
+        }
+        return found;
+    }();
+    return all;
+}
+
+class SampleClip : public testing::Test {
+protected:
+    void SetUp() override {
+        truth_ = readTruth();
+        ASSERT_EQ(truth_.size(), outcomes().size());
+    }
+    std::vector<Truth> truth_;
+};
+
+TEST_F(SampleClip, FindsThePalmInEveryLongInterval) {
+    int intervals = 0;
+    for (size_t begin = 0; begin < truth_.size();) {
+        size_t end = begin;
+        while (end < truth_.size() && truth_[end].palmInRange()) ++end;
+        if (end > begin && truth_[end - 1].time - truth_[begin].time > 1) {
+            ++intervals;
+            int hits = 0;
+            for (size_t i = begin; i < end; ++i) hits += outcomes()[i].gesture == "palm";
+            EXPECT_GT(hits, 0) << truth_[begin].time << " to " << truth_[end - 1].time << " s";
+        }
+        begin = std::max(end, begin + 1);
+    }
+    EXPECT_GE(intervals, 1);
+}
+
+TEST_F(SampleClip, PutsTheRectangleOnThePalm) {
+    for (size_t i = 0; i < truth_.size(); ++i) {
+        const palm::Outcome& o = outcomes()[i];
+        if (o.gesture != "palm" || truth_[i].state != "palm") continue;
+        const double x = (o.left + o.right) / 2 - truth_[i].cx;
+        const double y = (o.top + o.bottom) / 2 - truth_[i].cy;
+        EXPECT_LT(std::hypot(x, y), truth_[i].palmWidth / 2) << "at " << truth_[i].time << " s";
+    }
+}
+
+// A track may outlive the hand by the frames that the confirmation remembers.
+TEST_F(SampleClip, ReportsNothingWhereThereIsNoHand) {
+    const size_t memory = 3;
+    for (size_t i = memory; i < truth_.size(); ++i) {
+        bool empty = true;
+        for (size_t k = i - memory; k <= i; ++k) empty = empty && truth_[k].state == "none";
+        EXPECT_FALSE(empty && outcomes()[i].gesture == "palm") << "at " << truth_[i].time << " s";
+    }
+}
+
+TEST_F(SampleClip, SaysMovingWhileThePhoneShakes) {
+    int shaken = 0, moving = 0;
+    for (size_t i = 0; i < truth_.size(); ++i) {
+        if (truth_[i].state == "moving") {
+            ++shaken;
+            moving += outcomes()[i].gesture == "MOVING";
+        } else if (truth_[i].state == "palm") {
+            EXPECT_NE("MOVING", outcomes()[i].gesture) << "at " << truth_[i].time << " s";
+        }
+    }
+    EXPECT_GT(shaken, 20);
+    EXPECT_GT(moving, shaken / 2);
+}
+
+}  // namespace
