@@ -110,18 +110,21 @@ TEST_F(PatternDetectorTest, FindsThePatternAtItsScale) {
 TEST_F(PatternDetectorTest, ScoreGrowsWithSupport) {
     PatternDetector scan = detector(PatternDetector::Parameters(1, 1, 0.2f, KZ::RangeF()));
     std::vector<AdaObject> objects, raw;
-    const DetectorResult result = detect(scan, frameWith(KZ::Rect(60, 40, 84, 56)));
-    scan.detect(objects, region_);
-    ASSERT_EQ(1u, objects.size());
-    EXPECT_EQ(1 - 0.5f / static_cast<float>(objects[0].weight), result.score);
-    // Without grouping all windows come back, layer by layer.
-    scan.parameters().minNeighbors = 0;
-    scan.detect(raw, region_);
-    EXPECT_EQ(static_cast<size_t>(objects[0].weight), raw.size());
-    EXPECT_GT(raw.size(), 1u);
-    for (size_t i = 0; i < raw.size(); ++i) {
-        EXPECT_EQ(1, raw[i].weight);
-        EXPECT_LE(raw[i ? i - 1 : 0].zoom, raw[i].zoom);
+    for (const int step : {1, 2, 3}) {
+        scan.parameters().scanStep = step;
+        scan.parameters().minNeighbors = 1;
+        const DetectorResult result = detect(scan, frameWith(KZ::Rect(60, 40, 84, 56)));
+        scan.detect(objects, region_);
+        ASSERT_EQ(1u, objects.size());
+        EXPECT_EQ(1 - 0.5f / static_cast<float>(objects[0].weight), result.score);
+        // Without grouping all windows come back, layer by layer.
+        scan.parameters().minNeighbors = 0;
+        scan.detect(raw, region_);
+        EXPECT_EQ(static_cast<size_t>(objects[0].weight), raw.size());
+        for (size_t i = 0; i < raw.size(); ++i) {
+            EXPECT_EQ(1, raw[i].weight);
+            EXPECT_LE(raw[i ? i - 1 : 0].zoom, raw[i].zoom);
+        }
     }
     EXPECT_EQ(0.5f, detect(scan, frameWith(KZ::Rect(60, 40, 84, 56))).score);
 }
@@ -172,6 +175,11 @@ TEST_F(PatternDetectorTest, ScansWhereTheFrameChanged) {
     EXPECT_FALSE(detect(scan, frameWith(KZ::Rect())).found);
     EXPECT_TRUE(detect(scan, frame).found);
     EXPECT_FALSE(detect(scan, frame).found);
+    // A row of blocks with change is scanned as one.
+    KZ::Image wide = frameWith(KZ::Rect(72, 60, 84, 68));
+    for (int x = 0; x < 60; ++x) *wide.data(x, 63) = *wide.data(x, 64) = 250;
+    EXPECT_FALSE(detect(scan, frameWith(KZ::Rect())).found);
+    EXPECT_TRUE(detect(scan, wide).found);
 }
 
 // The second gate: the cascades run where a feature on the difference of frames has its way.
