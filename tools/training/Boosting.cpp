@@ -28,15 +28,34 @@ void addWeights(const uint8_t* codes, const uint32_t* weights, int count, Sums& 
     for (int k = 0; k < 256; ++k) sums[k] = part[0][k] + part[1][k] + part[2][k] + part[3][k];
 }
 
-/// Values of Haar and HOG features have an order: neighbouring bins share their weight, by the
-/// weights 1 2 3 2 1.
-void shareWithNeighbours(const Sums& sums, float scale, std::array<float, 256>& shares) {
-    float padded[260] = {};
-    for (int i = 0; i < 256; ++i) padded[i + 2] = static_cast<float>(sums[i]) * scale / 9;
+void keep(const Sums& sums, float scale, std::array<float, 256>& shares) {
+    for (int i = 0; i < 256; ++i) shares[i] = static_cast<float>(sums[i]) * scale;
+}
+
+/// Half of a code's weight goes to the eight codes that differ in one bit.
+void shareWithCodes(const Sums& sums, float scale, std::array<float, 256>& shares) {
     for (int i = 0; i < 256; ++i) {
-        shares[i] =
-            padded[i] + 2 * padded[i + 1] + 3 * padded[i + 2] + 2 * padded[i + 3] + padded[i + 4];
+        uint32_t neighbours = 0;
+        for (int bit = 1; bit < 256; bit *= 2) neighbours += sums[i ^ bit] / 16;
+        shares[i] = (static_cast<float>(sums[i]) / 2 + static_cast<float>(neighbours)) * scale;
     }
+}
+
+/// Values of Haar and HOG features have an order: neighbouring bins share their weight, by the
+/// weights 1 2 3 2 1. What would fall off an end stays in the last bin there.
+void shareWithNeighbours(const Sums& sums, float scale, std::array<float, 256>& shares) {
+    float spread[260] = {};
+    for (int i = 0; i < 256; ++i) {
+        const float part = static_cast<float>(sums[i]) * scale / 9;
+        spread[i] += part;
+        spread[i + 1] += 2 * part;
+        spread[i + 2] += 3 * part;
+        spread[i + 3] += 2 * part;
+        spread[i + 4] += part;
+    }
+    std::copy(spread + 2, spread + 258, shares.begin());
+    shares[0] += spread[0] + spread[1];
+    shares[255] += spread[258] + spread[259];
 }
 
 /// The bound on the training error that the feature leaves: smaller is better.
@@ -70,19 +89,23 @@ const WeakClassifier& Booster::round(Random& random) {
 }
 
 void Booster::weigh() {
-    const auto weighClass = [&](int begin, int end, double sign) {
-        std::vector<double> raw(end - begin);
-        double total = 0;
-        for (int i = begin; i < end; ++i) {
-            raw[i - begin] = std::exp(sign * scores_[i] / VOTE_SCALE);
-            total += raw[i - begin];
-        }
-        for (int i = begin; i < end; ++i) {
-            weights_[i] = static_cast<uint32_t>(raw[i - begin] / total * CLASS_WEIGHT);
-        }
-    };
-    weighClass(0, positives_, -1);
-    weighClass(positives_, positives_ + negatives_, 1);
+    effectiveExamples_ =
+        weighClass(0, positives_, -1) + weighClass(positives_, positives_ + negatives_, 1);
+}
+
+double Booster::weighClass(int begin, int end, double sign) {
+    std::vector<double> raw(end - begin);
+    double total = 0, squares = 0;
+    for (int i = begin; i < end; ++i) {
+        const double weight = std::exp(sign * scores_[i] / VOTE_SCALE);
+        raw[i - begin] = weight;
+        total += weight;
+        squares += weight * weight;
+    }
+    for (int i = begin; i < end; ++i) {
+        weights_[i] = static_cast<uint32_t>(raw[i - begin] / total * CLASS_WEIGHT);
+    }
+    return total * total / squares;
 }
 
 std::vector<int> Booster::candidates(Random& random) {
@@ -106,18 +129,13 @@ Booster::Bins Booster::bins(int feature) const {
     addWeights(codes + positives_, weights_.data() + positives_, negatives_, negative);
     Bins result;
     const float scale = static_cast<float>(1 / CLASS_WEIGHT);
-    if (table_.feature(feature).kind == Feature::RMCT) {
-        for (int i = 0; i < 256; ++i) {
-            result.positive[i] = static_cast<float>(positive[i]) * scale;
-            result.negative[i] = static_cast<float>(negative[i]) * scale;
-        }
-    } else {
-        shareWithNeighbours(positive, scale, result.positive);
-        shareWithNeighbours(negative, scale, result.negative);
-    }
-    const float extra = static_cast<float>(settings_.smoothing / (positives_ + negatives_));
-    for (float& share : result.positive) share += extra;
-    for (float& share : result.negative) share += extra;
+    const bool isRmct = table_.feature(feature).kind == Feature::RMCT;
+    const auto share = !isRmct ? shareWithNeighbours : settings_.shareCodes ? shareWithCodes : keep;
+    share(positive, scale, result.positive);
+    share(negative, scale, result.negative);
+    const float extra = static_cast<float>(settings_.smoothing / effectiveExamples_);
+    for (float& bin : result.positive) bin += extra;
+    for (float& bin : result.negative) bin += extra;
     return result;
 }
 
@@ -128,9 +146,7 @@ int Booster::best(const std::vector<int>& tried) const {
     parallelFor((count + BLOCK - 1) / BLOCK, threads_, [&](int block, int) {
         for (int i = block * BLOCK; i < std::min((block + 1) * BLOCK, count); ++i) {
             const Bins found = bins(tried[i]);
-            const bool dear = table_.feature(tried[i]).kind != Feature::RMCT;
-            values[i] = std::log(criterion(found.positive, found.negative)) +
-                        static_cast<float>(dear ? settings_.dearerMargin : 0);
+            values[i] = criterion(found.positive, found.negative);
         }
     });
     int winner = 0;
@@ -148,8 +164,8 @@ void Booster::apply(int feature) {
     WeakClassifier weak;
     weak.feature = table_.feature(feature);
     for (int i = 0; i < 256; ++i) {
-        const double vote =
-            0.5 * std::log(static_cast<double>(found.positive[i]) / found.negative[i]);
+        const double vote = settings_.shrinkage * 0.5 *
+                            std::log(static_cast<double>(found.positive[i]) / found.negative[i]);
         weak.votes[i] =
             static_cast<int8_t>(std::clamp(std::lround(vote * VOTE_SCALE), -127l, 127l));
     }

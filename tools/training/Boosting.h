@@ -19,11 +19,13 @@ struct BoostingSettings {
     int weakCount = 0;  ///< weak classifiers to choose
     /// Features of each kind tried in a round: a fresh random choice when the table has more.
     int triedRmct = 0, triedHaar = 0, triedHog = 0;
-    /// How much better than the best RMCT feature (in the logarithm of the criterion) one of the
-    /// dearer kinds has to be to be taken.
-    double dearerMargin = 0;
-    /// Weight that smoothing adds to each bin of each class, in examples.
+    /// Weight that smoothing adds to each bin of each class, in examples. The lesser the number of
+    /// examples that still weigh something, the more it counts.
     double smoothing = 10;
+    /// Share of a vote's full size that is given: below 1, more rounds learn less by heart.
+    double shrinkage = 1;
+    /// RMCT codes that differ in one bit share half of their weight.
+    bool shareCodes = false;
 };
 
 /// Votes per unit of half the logarithm of the odds.
@@ -53,6 +55,7 @@ private:
     };
 
     void weigh();
+    double weighClass(int begin, int end, double sign);
     std::vector<int> candidates(Random& random);
     Bins bins(int feature) const;
     int best(const std::vector<int>& tried) const;
@@ -64,6 +67,7 @@ private:
     const int threads_;
     std::vector<int> scores_;
     std::vector<uint32_t> weights_;
+    double effectiveExamples_ = 0;  ///< equal weights of so many examples would spread alike
     std::vector<int> byKind_[3];
     std::vector<WeakClassifier> chosen_;
 };

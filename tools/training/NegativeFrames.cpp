@@ -105,7 +105,7 @@ std::vector<HandZone> NegativeFrames::drawCroppedHands(Random& random, cv::Mat& 
         placement.scale = std::min(random.logUniform(38, 150) / longSide, 1.6);
         placement.turn = random.uniform(-45, 45);
         placement.mirrored = random.chance(0.5);
-        const double feather = random.uniform(0.03, 0.10) * std::min(crop.cols, crop.rows);
+        const double feather = random.uniform(0.05, 0.14) * std::min(crop.cols, crop.rows);
         paste(crop, placement, feather, random.uniform(1, 1.6), frame);
         zones.push_back({placement.position, placement.scale * longSide});
     }

@@ -54,7 +54,7 @@ void PositiveRenderer::drawBackground(const cv::Mat& photo, Random& random) {
     const int scene = backgrounds_[random.below(static_cast<int>(backgrounds_.size()))];
     fillWithScene(store_.grey(scene), 1.5, random, frame_);
     // A hand and what stands behind it often share one light.
-    const double share = random.chance(0.6) ? random.uniform(0.5, 1) : 0;
+    const double share = random.chance(0.7) ? random.uniform(0.6, 1) : 0;
     frame_ += cv::Scalar(share * (edgeMean(photo) - cv::mean(frame_)[0]));
 }
 
@@ -76,7 +76,7 @@ Window PositiveRenderer::render(int photo, const ManifestRow& row, const WindowS
     drawBackground(pixels, random);
     Placement placement = placementOf(row, palm, angle - ownAngle, random);
     placement.position = {side / 2 + random.uniform(-1, 1), side / 2 + random.uniform(-1, 1)};
-    const double feather = random.uniform(0.03, 0.10) * std::min(pixels.cols, pixels.rows);
+    const double feather = random.uniform(0.05, 0.14) * std::min(pixels.cols, pixels.rows);
     paste(pixels, placement, feather, random.uniform(1, 1.7), frame_);
     expose(Exposure::draw(random), random, frame_);
 

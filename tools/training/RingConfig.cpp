@@ -32,12 +32,17 @@ std::map<std::string, std::string> ringConfig(const TrainingPlan& plan) {
         {"baseShapeZoom", decimal(upright.palmWidth())},
         {"baseSizeX", width},
         {"baseSizeY", height},
+        // Equal trainings give equal files: no clock in them.
+        {"command",
+         "train_cascade emit --ring data/trained/palm.ring --source "
+         "engine/selfie/raisedHandDetector/src/ada__ada_staticPalm_2014_12_05__17_40_12.cpp"},
+        {"creationTime", "as in the history of data/trained/palm.ring"},
         {"falsePositive1", "0"},
         {"falsePositive2", "0"},
         {"falsePositive3", "0"},
         {"falsePositive4", "0"},
         {"flip", "1"},
-        {"haarThreshold", decimal(plan.stages[2].boosting.dearerMargin)},
+        {"haarThreshold", "0.00"},
         {"imageNumb", decimal(plan.rendersPerPalm)},
         {"inc1", "0"},
         {"maxHogFeature", std::to_string(plan.stages.back().hogPool)},

@@ -1,7 +1,7 @@
 #include "RingFile.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <filesystem>
 #include <fstream>
 
 #include "Failure.h"
@@ -47,22 +47,24 @@ StageContent stageOf(const StrongClassifier& stage) {
     return content;
 }
 
-/// Calls `write` with a path beside `path` that has the same extension, then renames.
+/// Calls `write` with a path of the same name in a folder of its own, then renames.
 template <typename Write>
-void writeBeside(const std::string& path, const Write& write) {
-    const size_t slash = path.find_last_of('/');
-    const size_t dot = path.find_last_of('.');
-    const bool hasExtension =
-        dot != std::string::npos && (slash == std::string::npos || dot > slash);
-    const std::string beside =
-        hasExtension ? path.substr(0, dot) + ".new" + path.substr(dot) : path + ".new";
-    if (!std::ofstream(beside)) {
-        throw Failure(path + ": cannot be written; check that the folder exists and is yours");
+void writeBeside(const std::filesystem::path& path, const Write& write) {
+    const std::filesystem::path folder = path.string() + ".new";
+    std::error_code error;
+    std::filesystem::create_directory(folder, error);
+    const std::filesystem::path beside = folder / path.filename();
+    if (error || !std::ofstream(beside)) {
+        throw Failure(path.string() +
+                      ": cannot be written; check that the folder exists and is yours");
     }
-    write(beside);
-    if (std::rename(beside.c_str(), path.c_str()) != 0) {
-        throw Failure(path + ": cannot be replaced; the new content is in " + beside);
+    write(beside.string());
+    std::filesystem::rename(beside, path, error);
+    if (error) {
+        throw Failure(path.string() + ": cannot be replaced; the new content is " +
+                      beside.string());
     }
+    std::filesystem::remove(folder, error);
 }
 
 }  // namespace

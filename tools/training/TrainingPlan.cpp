@@ -18,7 +18,7 @@ int scaledBy(double size, int value) {
 StagePlan stage(int weakCount, double keptPalms) {
     StagePlan plan;
     plan.boosting.weakCount = weakCount;
-    plan.boosting.triedRmct = 400;
+    plan.boosting.triedRmct = 200;
     plan.keptPalms = keptPalms;
     plan.sceneWindows = 16000;
     plan.handWindows = 8000;
@@ -29,20 +29,21 @@ StagePlan stage(int weakCount, double keptPalms) {
 /// The scan's cost is nearly all in the first three stages: two of RMCT alone, one with few of the
 /// dearer features, then the long ones that hardly any window reaches.
 std::vector<StagePlan> fiveStages() {
-    std::vector<StagePlan> stages = {stage(12, 0.998), stage(40, 0.997), stage(150, 0.995),
-                                     stage(500, 0.99), stage(854, 0.95)};
+    std::vector<StagePlan> stages = {stage(12, 0.996), stage(40, 0.993), stage(150, 0.99),
+                                     stage(500, 0.985), stage(854, 0.95)};
     const int frames[] = {1500, 1500, 2000, 3000, 9000};
     for (size_t i = 0; i < stages.size(); ++i) {
         stages[i].maxFrames = frames[i];
         if (i >= 2) {
             stages[i].haarPool = 3000;
-            stages[i].boosting.triedHaar = 400;
+            stages[i].boosting.triedHaar = 150;
+            stages[i].boosting.shrinkage = 0.5;
+            stages[i].boosting.shareCodes = true;
         }
     }
     stages[0].boosting.triedRmct = stages[1].boosting.triedRmct = 1 << 20;
-    stages[2].boosting.dearerMargin = 0.004;
     stages[4].hogPool = 5000;
-    stages[4].boosting.triedHog = 600;
+    stages[4].boosting.triedHog = 200;
     return stages;
 }
 
@@ -74,10 +75,11 @@ std::string TrainingPlan::fingerprint() const {
     for (const StagePlan& stage : stages) {
         const BoostingSettings& b = stage.boosting;
         text << " | " << b.weakCount << " weak of " << b.triedRmct << "/" << b.triedHaar << "/"
-             << b.triedHog << " margin " << b.dearerMargin << " smoothing " << b.smoothing
-             << " pools " << stage.haarPool << "/" << stage.hogPool << " kept " << stage.keptPalms
-             << " negatives " << stage.sceneWindows << "+" << stage.handWindows << " per frame "
-             << stage.perFrame << " frames " << stage.maxFrames;
+             << b.triedHog << " shrinkage " << b.shrinkage << (b.shareCodes ? " shared" : "")
+             << " smoothing " << b.smoothing << " pools " << stage.haarPool << "/" << stage.hogPool
+             << " kept " << stage.keptPalms << " negatives " << stage.sceneWindows << "+"
+             << stage.handWindows << " per frame " << stage.perFrame << " frames "
+             << stage.maxFrames;
     }
     return text.str();
 }
