@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <new>
 #include <sstream>
 
 #include "KZ_Assert.h"
 #include "KZ_Check.h"
+#include "KZ_Truncate.h"
 
 namespace KZ {
 
@@ -16,16 +18,24 @@ namespace {
 
 const float PIXEL_SCALE = 0.00390625f;
 
-// In 64 bits, so that a shape beyond the address space is seen as such.
+const int64_t TOO_MANY = int64_t{1} << 30;
+
+// At least TOO_MANY stands for any count that does not fit, whatever the sides multiply to.
 int64_t elementCount(int num, int channels, int height, int width) {
-    return static_cast<int64_t>(static_cast<uint32_t>(num) * static_cast<uint32_t>(channels) *
-                                static_cast<uint32_t>(height) * static_cast<uint32_t>(width));
+    if (num == 0 || channels == 0 || height == 0 || width == 0) return 0;
+    int64_t count = 1;
+    for (const int side : {num, channels, height, width}) {
+        count *= side;
+        if (count >= TOO_MANY || count <= -TOO_MANY) return TOO_MANY;
+    }
+    return count;
 }
 
 float* allocate(int64_t count) {
-    // A count that does not fit asks for the largest allocation, so that it fails in the allocator.
-    const size_t largest = SIZE_MAX / (2 * sizeof(float));
-    return new float[(count >> 30) != 0 ? largest : static_cast<size_t>(count)];
+    // As the allocator would fail, but without asking it: checkers of memory take a request for
+    // the whole address space as a fault.
+    if ((count >> 30) != 0) throw std::bad_alloc();
+    return new float[static_cast<size_t>(count)];
 }
 
 unsigned char toDisplay(float value) {
@@ -35,7 +45,8 @@ unsigned char toDisplay(float value) {
 }
 
 int roundHalfAway(float value) {
-    return static_cast<int>(value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5));
+    const double rounded = value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5);
+    return truncatedToInt(static_cast<float>(rounded));
 }
 
 }  // namespace
@@ -149,7 +160,7 @@ void Blob::convert(const Blob& blob, Image& image, int num, int channel, ColorMo
             std::memcpy(image.data(), plane, static_cast<size_t>(blob.area()) * sizeof(float));
         }
     } else {
-        KZ_ASSERT(0, "Not implemented " << colorMode);
+        KZ_ASSERT(0, "Not implemented " << colorModeName(colorMode));
     }
 }
 

@@ -23,7 +23,7 @@ public:
     Blob& operator=(const Blob& blob);
 
     /// Brings the blob to a shape. Contents and sharing stay when the number of elements does;
-    /// otherwise new, uninitialised memory is taken.
+    /// otherwise new, uninitialised memory is taken. 2^30 elements and more are `std::bad_alloc`.
     void init(int num, int channels, int height, int width);
     /// Shares `memory`, which must hold as many elements as the shape says.
     void init(int num, int channels, int height, int width, const SharedArray<float>& memory);
@@ -85,16 +85,17 @@ private:
     SharedArray<float> memory_;
 };
 
-/// A literal of generated source that compiles to the same bits: six digits where they do, else
-/// nine.
+/// Decimal text that reads back as the same finite value: six digits where they do, else nine.
+std::string floatText(float value);
+/// The same as a float literal of generated source.
 std::string floatLiteral(float value);
 
-/// Text dump.
+/// Text dump. A text that is not one is an assertion.
 std::ostream& operator<<(std::ostream& stream, const Blob& blob);
 std::istream& operator>>(std::istream& stream, Blob& blob);
 
-/// Four 4-byte dimensions, then the elements. Reading sets elements of a magnitude below 1e-10 to
-/// 0.
+/// Four 4-byte dimensions, then the elements. A blob that was read owns its memory; elements of a
+/// magnitude below 1e-10 become 0.
 ArchiveO& operator&(ArchiveO& archive, const Blob& blob);
 ArchiveI& operator&(ArchiveI& archive, Blob& blob);
 

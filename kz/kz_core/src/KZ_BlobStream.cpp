@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 #include <sstream>
 
@@ -11,6 +12,7 @@ namespace {
 // Smaller weights only cost time: vector units may flush them anyway.
 const float SMALLEST_WEIGHT = 1e-10f;
 const int ELEMENTS_A_LINE = 10;
+const uint64_t LARGEST_COUNT = uint64_t{1} << 30;
 
 // `expected` stands in the message as the source text of the caller.
 #define KZ_READ_WORD(stream, expected)                                               \
@@ -25,12 +27,13 @@ const int ELEMENTS_A_LINE = 10;
 void requireElements(std::istream& stream, int num, int channels, int height, int width,
                      size_t bytesEach) {
     KZ_ASSERT(stream, "error during parsing stream");
-    uint64_t count = 1;
+    uint64_t count = 1, countOfPart = 1;  // the part: without the sides of 0
     for (const int side : {num, channels, height, width}) {
         KZ_ASSERT_GE(side, 0);
         count *= static_cast<uint64_t>(side);
+        countOfPart *= static_cast<uint64_t>(std::max(side, 1));
         requireBytes(stream, count, bytesEach);
-        if (count == 0) return;
+        KZ_ASSERT_LT(countOfPart, LARGEST_COUNT);
     }
 }
 
@@ -43,11 +46,15 @@ std::string toText(float value, int precision) {
 
 }  // namespace
 
-std::string floatLiteral(float value) {
-    std::string text = toText(value, 6);
+std::string floatText(float value) {
+    const std::string text = toText(value, 6);
     float back = 0;
     std::istringstream(text) >> back;
-    if (back != value) text = toText(value, 9);
+    return back == value ? text : toText(value, 9);
+}
+
+std::string floatLiteral(float value) {
+    const std::string text = floatText(value);
     const bool hasPoint = text.find_first_of(".e") != std::string::npos;
     return text + (hasPoint ? "f" : ".f");
 }
@@ -82,6 +89,7 @@ std::istream& operator>>(std::istream& stream, Blob& blob) {
     stream >> height;
     // Each element takes two characters at least.
     requireElements(stream, num, channels, height, width, 2);
+    blob.reset();
     blob.init(num, channels, height, width);
     for (int n = 0; n < num; ++n) {
         KZ_READ_WORD(stream, "n=");
@@ -96,6 +104,7 @@ std::istream& operator>>(std::istream& stream, Blob& blob) {
             for (int i = 0; i < height * width; ++i) stream >> blob.data(n, c, 0, 0)[i];
         }
     }
+    KZ_ASSERT(stream, "error during parsing stream");
     return stream;
 }
 
@@ -109,6 +118,8 @@ ArchiveI& operator&(ArchiveI& archive, Blob& blob) {
     int num = 0, channels = 0, height = 0, width = 0;
     archive& num& channels& height& width;
     requireElements(archive, num, channels, height, width, sizeof(float));
+    // Memory of its own: what the blob held may be a constant table, or another blob's too.
+    blob.reset();
     blob.init(num, channels, height, width);
     archive.read(blob.data(), static_cast<unsigned int>(blob.size()));
     blob.zeroSmallValues(SMALLEST_WEIGHT);
@@ -116,16 +127,17 @@ ArchiveI& operator&(ArchiveI& archive, Blob& blob) {
 }
 
 void Blob::saveToCpp(std::ostream& stream, const std::string& name) const {
-    stream << "Blob& " << name << "()\n{\n";
+    stream << "KZ::Blob& " << name << "()\n{\n";
     stream << "    // num = " << num_ << "\n    // channels = " << channels_
            << "\n    // width = " << width_ << "\n    // height = " << height_ << "\n";
     stream << "    static const float " << name << "_data[] = \n    {\n       ";
     for (int i = 0; i < size(); ++i) {
-        stream << " " << floatLiteral(data_[i]) << (i + 1 < size() ? "," : "");
+        stream << floatLiteral(data_[i]) << (i + 1 < size() ? ", " : "");
         if (i % ELEMENTS_A_LINE == ELEMENTS_A_LINE - 1) stream << "\n       ";
     }
-    stream << "    };\n    static Blob blob;\n    blob.init(" << num_ << ", " << channels_ << ", "
-           << height_ << ", " << width_ << ", " << name << "_data);\n    return blob;\n}\n\n";
+    stream << "    };\n    static KZ::Blob blob;\n    blob.init(" << num_ << ", " << channels_
+           << ", " << height_ << ", " << width_ << ", " << name
+           << "_data);\n    return blob;\n}\n\n";
 }
 
 }  // namespace KZ

@@ -29,7 +29,7 @@ public:
     /// Writes a function `functionName` that returns this layer as a static object, and the
     /// functions of its tables before it.
     virtual void saveToCpp(std::ostream& stream, const std::string& functionName) const = 0;
-    /// A copy without bottom layers that shares no memory which a run writes.
+    /// A copy without bottom layers. It shares the weights, and no memory that a run writes.
     virtual KZ::SharedPtr<BaseLayer> clone() const;
     /// Equality of what files store; `other` must be of the same type.
     virtual bool compare(const BaseLayer& other) const = 0;
@@ -57,8 +57,11 @@ protected:
     /// What `saveToCpp` writes for a layer without parameters.
     void baseSaveToCpp(std::ostream& stream, const std::string& functionName) const;
     /// An empty bottom, as a file can name it, is an assertion.
-    const KZ::Blob& bottomBlob(size_t i) const {
+    void requireBottom(size_t i) const {
         KZ_ASSERT(bottomLayers_[i], "empty bottom layer of " << name_);
+    }
+    const KZ::Blob& bottomBlob(size_t i) const {
+        requireBottom(i);
         return bottomLayers_[i]->getBlob();
     }
 

@@ -23,6 +23,7 @@ void ConcatLayer::shapeByChannels() {
     const KZ::Blob& bottom0 = bottomBlob(0);
     int channels = bottom0.channels();
     for (size_t i = 1; i < bottomLayers_.size(); ++i) {
+        requireBottom(i);
         KZ_ASSERT_EQ(bottom0.width(), bottomLayers_[i]->getBlob().width());
         KZ_ASSERT_EQ(bottom0.height(), bottomLayers_[i]->getBlob().height());
         KZ_ASSERT_EQ(bottom0.num(), bottomLayers_[i]->getBlob().num());
@@ -36,6 +37,7 @@ void ConcatLayer::shapeByItems() {
     const KZ::Blob& bottom0 = bottomBlob(0);
     int num = bottom0.num();
     for (size_t i = 1; i < bottomLayers_.size(); ++i) {
+        requireBottom(i);
         KZ_ASSERT_EQ(bottom0.width(), bottomLayers_[i]->getBlob().width());
         KZ_ASSERT_EQ(bottom0.height(), bottomLayers_[i]->getBlob().height());
         KZ_ASSERT_EQ(bottom0.channels(), bottomLayers_[i]->getBlob().channels());

@@ -11,13 +11,7 @@
 namespace {
 
 const double SMALLEST_PLANE = 1e-7;
-
-KZ::Image planeView(const KZ::Blob& blob, int n, int c) {
-    KZ::Image plane;
-    plane.createRef(reinterpret_cast<unsigned char*>(const_cast<float*>(blob.data(n, c, 0, 0))),
-                    KZ::Size(blob.width(), blob.height()), KZ::COLOR_MODE_FLOAT);
-    return plane;
-}
+const int LARGEST_PAD = 1 << 15;
 
 }  // namespace
 
@@ -68,6 +62,9 @@ void ConvolutionLayer::forward() {
     const KZ::Blob& input = padded(inputBottom);
     const KZ::Size inputSize(input.width(), input.height());
     const KZ::Size filterSize(filter_.width(), filter_.height());
+    KZ_ASSERT_GE(filterSize.area(), 1);
+    KZ_ASSERT_GE(inputSize.width, filterSize.width);
+    KZ_ASSERT_GE(inputSize.height, filterSize.height);
     const KZ::Size outputSize((inputSize.width - filterSize.width) / stride_ + 1,
                               (inputSize.height - filterSize.height) / stride_ + 1);
     top_.init(input.num(), filter_.num(), outputSize.height, outputSize.width);
@@ -76,7 +73,6 @@ void ConvolutionLayer::forward() {
     } else {
         calculateLayerBySlidingWindow(input, inputSize, filterSize, outputSize);
     }
-    if (doRelu_) ReluLayer::relu(top_);
 }
 
 const KZ::Blob& ConvolutionLayer::padded(const KZ::Blob& inputBottom) {
@@ -95,19 +91,22 @@ const KZ::Blob& ConvolutionLayer::padded(const KZ::Blob& inputBottom) {
     return paddedInput_;
 }
 
-void ConvolutionLayer::calculateLayerAsScalarProduct(const KZ::Blob& input) {
+void ConvolutionLayer::calculateLayerAsScalarProduct(const KZ::Blob& input) const {
+    KZ::Blob output = top_;
     for (int n = 0; n < input.num(); ++n) {
         for (int o = 0; o < filter_.num(); ++o) {
-            *top_.data(n, o, 0, 0) = KZ::dotProduct(
+            *output.data(n, o, 0, 0) = KZ::dotProduct(
                 filter_.data(o, 0, 0, 0), input.data(n, 0, 0, 0), filterVolume_, bias_.data()[o]);
         }
     }
+    if (doRelu_) ReluLayer::relu(output);
 }
 
 void ConvolutionLayer::calculateLayerBySlidingWindow(const KZ::Blob& input,
                                                      const KZ::Size& inputSize,
                                                      const KZ::Size& filterSize,
                                                      const KZ::Size& outputSize) {
+    channelSums_.init(1, 1, inputSize.height, inputSize.width);
     const bool pruned = !prunedPairs_.empty();
     size_t pair = 0;
     for (int n = 0; n < input.num(); ++n) {
@@ -123,16 +122,13 @@ void ConvolutionLayer::calculateLayerBySlidingWindow(const KZ::Blob& input,
             for (int c = pruned ? 0 : 1; c < input.channels(); ++c) {
                 // The flags run on over the items of a batch, so they serve a batch of one.
                 if (pruned && pair < prunedPairs_.size() && prunedPairs_[pair++]) continue;
-                addChannel(input, n, o, c);
+                KZ::applyFilterAdd(input.data(n, c, 0, 0), output, inputSize.width,
+                                   inputSize.height, filter_.data(o, c, 0, 0), filterSize.width,
+                                   filterSize.height, channelSums_.data(), 0, stride_);
             }
         }
     }
-}
-
-void ConvolutionLayer::addChannel(const KZ::Blob& input, int n, int o, int c) {
-    KZ::Image output = planeView(top_, n, o);
-    KZ::applyFilterAdd(planeView(input, n, c), output, planeView(filter_, o, c), channelSums_, 0,
-                       stride_);
+    if (doRelu_) ReluLayer::relu(top_);
 }
 
 void ConvolutionLayer::prune() {
@@ -162,6 +158,7 @@ void ConvolutionLayer::serialize(KZ::ArchiveI& archive) {
     KZ_ASSERT_EQ(filterVolume_, filter_.volume());
     KZ_ASSERT(stride_ >= 1, "Stride is not correct, stride = " << stride_);
     KZ_ASSERT_GE(pad_, 0);
+    KZ_ASSERT_LT(pad_, LARGEST_PAD);
 }
 
 void ConvolutionLayer::saveToCpp(std::ostream& stream, const std::string& functionName) const {

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "BaseLayer.h"
-#include "KZ_Image.h"
+#include "KZ_BaseSize.h"
 
 /// Cross-correlation of the bottom with a bank of filters, with stride and zero padding. A filter
-/// that covers the whole padded input is a dot product per output channel, any other one slides.
+/// that covers the whole padded input is a dot product per output channel, any other one slides. A
+/// filter larger than the padded input is an assertion.
 class ConvolutionLayer : public BaseLayer {
 public:
     explicit ConvolutionLayer(const std::string& name) : BaseLayer(name) {}
@@ -30,12 +31,14 @@ public:
     KZ::SharedPtr<BaseLayer> clone() const override;
     bool compare(const BaseLayer& other) const override;
 
-private:
-    const KZ::Blob& padded(const KZ::Blob& inputBottom);
-    void calculateLayerAsScalarProduct(const KZ::Blob& input);
+    /// The two ways of `forward`, which shapes the top for them and chooses. `input` is the padded
+    /// bottom.
+    void calculateLayerAsScalarProduct(const KZ::Blob& input) const;
     void calculateLayerBySlidingWindow(const KZ::Blob& input, const KZ::Size& inputSize,
                                        const KZ::Size& filterSize, const KZ::Size& outputSize);
-    void addChannel(const KZ::Blob& input, int n, int o, int c);
+
+private:
+    const KZ::Blob& padded(const KZ::Blob& inputBottom);
 
     KZ::Blob filter_;
     KZ::Blob bias_;
@@ -45,5 +48,5 @@ private:
     int pad_ = 0;
     int filterVolume_ = 0;
     bool doRelu_ = false;
-    KZ::Image channelSums_;
+    KZ::Blob channelSums_;  ///< one channel's part of an output plane
 };

@@ -1,23 +1,44 @@
 #include "DeConvolutionLayer.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "KZ_Assert.h"
+#include "KZ_Limits.h"
 
 DeConvolutionLayer::DeConvolutionLayer(const KZ::Blob& filter, const KZ::Blob& bias,
                                        const std::string& name, int stride)
     : BaseLayer(name), filter_(filter), bias_(bias), stride_(stride) {
+    checkParameters();
+}
+
+void DeConvolutionLayer::checkParameters() const {
     KZ_ASSERT_EQ(filter_.num(), bias_.size());
     KZ_ASSERT(stride_ >= 1, "Stride is not correct, stride = " << stride_);
 }
+
+void DeConvolutionLayer::serialize(KZ::ArchiveI& archive) {
+    archive& filter_& bias_& stride_;
+    checkParameters();
+}
+
+namespace {
+
+int spread(int filterSide, int stride, int side) {
+    const int64_t result = filterSide + static_cast<int64_t>(stride) * (side - 1);
+    KZ_ASSERT_LT(result, KZ::maxValue<int>());
+    return static_cast<int>(result);
+}
+
+}  // namespace
 
 void DeConvolutionLayer::forward() {
     KZ_ASSERT_EQ(bottomLayers_.size(), 1);
     const KZ::Blob& bottom = bottomBlob(0);
     KZ_ASSERT_GE(bottom.num(), 1);
     KZ_ASSERT_EQ(bottom.channels(), filter_.channels());
-    top_.init(bottom.num(), filter_.num(), filter_.height() + stride_ * (bottom.height() - 1),
-              filter_.width() + stride_ * (bottom.width() - 1));
+    top_.init(bottom.num(), filter_.num(), spread(filter_.height(), stride_, bottom.height()),
+              spread(filter_.width(), stride_, bottom.width()));
     for (int n = 0; n < bottom.num(); ++n) {
         for (int o = 0; o < filter_.num(); ++o) {
             float* plane = top_.data(n, o, 0, 0);

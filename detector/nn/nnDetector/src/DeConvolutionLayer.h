@@ -13,12 +13,13 @@ public:
     void forward() override;
     std::string type() const override { return "DeConvolutionLayer"; }
     void serialize(KZ::ArchiveO& archive) const override { archive& filter_& bias_& stride_; }
-    void serialize(KZ::ArchiveI& archive) override { archive& filter_& bias_& stride_; }
+    void serialize(KZ::ArchiveI& archive) override;
     void saveToCpp(std::ostream& stream, const std::string& functionName) const override;
     KZ::SharedPtr<BaseLayer> clone() const override;
     bool compare(const BaseLayer& other) const override;
 
 private:
+    void checkParameters() const;
     void addChannel(const KZ::Blob& bottom, int n, int o, int c);
 
     KZ::Blob filter_;

@@ -1,15 +1,9 @@
 #include "EltwiseLayer.h"
 
-#include <cmath>
-
 #include "KZ_Assert.h"
+#include "KZ_Limits.h"
 
 namespace {
-
-bool isOne(float a) {
-    const double larger = std::fabs(a) > 1 ? std::fabs(a) : 1;
-    return std::fabs(a - 1) <= 1e-6 * larger;
-}
 
 const char* operationName(EltwiseLayer::Operation::Value operation) {
     switch (operation) {
@@ -28,6 +22,7 @@ void EltwiseLayer::forward() {
     KZ_ASSERT_GE(bottomLayers_.size(), 2);
     top_ = bottomBlob(0);
     for (size_t i = 1; i < bottomLayers_.size(); ++i) {
+        requireBottom(i);
         KZ_ASSERT_EQ(top_.shape(), bottomLayers_[i]->getBlob().shape());
     }
     switch (operation_) {
@@ -45,12 +40,12 @@ void EltwiseLayer::sum() {
     KZ_ASSERT_EQ(coeffs_.size(), bottomLayers_.size());
     const int size = top_.size();
     float* target = top_.data();
-    if (!isOne(coeffs_[0])) {
+    if (!KZ::equal(coeffs_[0], 1)) {
         for (int i = 0; i < size; ++i) target[i] *= coeffs_[0];
     }
     for (size_t b = 1; b < bottomLayers_.size(); ++b) {
         const float* source = bottomBlob(b).data();
-        if (isOne(coeffs_[b])) {
+        if (KZ::equal(coeffs_[b], 1)) {
             for (int i = 0; i < size; ++i) target[i] += source[i];
         } else {
             for (int i = 0; i < size; ++i) target[i] += coeffs_[b] * source[i];
@@ -74,7 +69,7 @@ void EltwiseLayer::serialize(KZ::ArchiveO& archive) const {
 
 void EltwiseLayer::serialize(KZ::ArchiveI& archive) {
     // Older files have no payload for this layer.
-    if (archive.getVersion() < "Version 6") return;
+    if (!archive.getVersion().empty() && archive.getVersion() < "Version 6") return;
     int operation = 0;
     archive& operation;
     KZ_ASSERT(operation >= Operation::PRODUCT && operation <= Operation::MAX,
@@ -98,7 +93,7 @@ bool EltwiseLayer::compare(const BaseLayer& other) const {
 void EltwiseLayer::saveToCpp(std::ostream& stream, const std::string& functionName) const {
     stream << "EltwiseLayer& " << functionName << "()\n{\n    std::vector<float> coeffs;\n";
     for (float value : coeffs_) {
-        stream << "    coeffs.push_back(" << KZ::floatLiteral(value) << ");\n";
+        stream << "    coeffs.push_back(" << KZ::floatText(value) << ");\n";
     }
     stream << "    static EltwiseLayer eltwiseLayer(\"" << name()
            << "\", EltwiseLayer::Operation::" << operationName(operation_)

@@ -22,6 +22,13 @@ int to8Bits(float value) {
     return scaled > 1e9f ? 1000000000 : static_cast<int>(scaled);
 }
 
+// Maps of several sizes take turns in one buffer, so that no run but the first allocates.
+void shape(KZ::Image& map, std::vector<unsigned char>& pixels, const KZ::Size& size) {
+    const size_t area = static_cast<size_t>(size.area());
+    if (pixels.size() < area) pixels.resize(area);
+    map.createRef(pixels.data(), size, KZ::COLOR_MODE_MONO);
+}
+
 KZ::RelativeLocation placeOf(const KZ::RectF& rect, const KZ::Size& patchSize) {
     const KZ::RectF patch(0, 0, static_cast<float>(patchSize.width),
                           static_cast<float>(patchSize.height));
@@ -80,7 +87,7 @@ void HeatMapPosition::computeMultiPosition(const KZ::Blob& bottom) {
         const KZ::Size& size = heatMapsSizes_[static_cast<size_t>(i)];
         const KZ::RelativeLocation& location = relativeLocations_[static_cast<size_t>(i)];
         float* result = top_.data(0, i, 0, 0);
-        if (region_.area() != 0) {
+        if (region_ != KZ::Rect()) {
             computeRegionPosition(map, result, location, size, i);
         } else {
             computePosition(map, result, location, size, i);
@@ -135,7 +142,7 @@ bool HeatMapPosition::heatMapToResult(KZ::Image& image, const KZ::RelativeLocati
 void HeatMapPosition::computePosition(const float* map, float* result,
                                       const KZ::RelativeLocation& location, const KZ::Size& size,
                                       int) {
-    map_.create(size, KZ::COLOR_MODE_MONO);
+    shape(map_, mapPixels_, size);
     KZ::PointF point = denormHeatMap(map, map_);
     if (!heatMapToResult(map_, location, point, result)) zeroResult(result);
 }
@@ -144,7 +151,7 @@ void HeatMapPosition::computeRegionPosition(const float* map, float* result,
                                             const KZ::RelativeLocation& location,
                                             const KZ::Size& size, int index) {
     if (index % 2 == 0) {
-        heldMap_.create(size, KZ::COLOR_MODE_MONO);
+        shape(heldMap_, heldPixels_, size);
         denormHeatMap(map, heldMap_);
         heldLocation_ = location;
         heldResult_ = result;
@@ -152,7 +159,8 @@ void HeatMapPosition::computeRegionPosition(const float* map, float* result,
         zeroResult(result);
         return;
     }
-    map_.create(size, KZ::COLOR_MODE_MONO);
+    KZ_ASSERT(heldResult_, "the first map of the pair is missing");
+    shape(map_, mapPixels_, size);
     denormHeatMap(map, map_);
     KZ::PointF first, second;
     searchPairPoints(first, second, map_);
@@ -234,7 +242,9 @@ void HeatMapPosition::saveToCpp(std::ostream& stream, const std::string& functio
            << "\");\n    static bool filled = false;\n    if (filled)\n"
               "    {\n        return heatMapPosition;\n    }\n    filled = true;\n"
            << "    heatMapPosition.setPatchSize(KZ::" << patchSize_ << ");\n";
-    for (size_t i = 0; i < heatMapsSizes_.size(); ++i) {
+    // Without a patch the maps came from the bottom, and will again.
+    const size_t numHeatMaps = patchSize_ == KZ::Size() ? 0 : heatMapsSizes_.size();
+    for (size_t i = 0; i < numHeatMaps; ++i) {
         const KZ::RelativeLocation& place = relativeLocations_[i];
         stream << "    heatMapPosition.addHeatmap(KZ::" << heatMapsSizes_[i]
                << ", KZ::RelativeLocation(" << KZ::floatLiteral(place.zoom) << ", KZ::PointF("

@@ -55,6 +55,8 @@ private:
     KZ::Rect region_;
     float* heldResult_ = nullptr;
     KZ::Image map_;
+    std::vector<unsigned char> mapPixels_;
+    std::vector<unsigned char> heldPixels_;
 };
 
 /// How a map's place was stored before "Version 4": its rectangle in the patch.

@@ -2,8 +2,6 @@
 
 #include <vector>
 
-#include "KZ_Image.h"
-
 namespace KZ {
 
 /// Cross-correlation of one plane with one filter plane, all tight, row-major floats. The target
@@ -13,10 +11,10 @@ template <typename T>
 void applyFilter(const T* src, T* dst, int srcWidth, int srcHeight, const T* filter,
                  int filterWidth, int filterHeight, T bias, int stride);
 
-/// The same sum from `bias` on, added to what `dst` holds. FLOAT images; `temporary` receives the
-/// sums.
-void applyFilterAdd(const Image& src, Image& dst, const Image& filter, Image& temporary, float bias,
-                    int stride);
+/// The same sum from `bias` on, added to what `dst` holds. `temporary` has room for the sums: as
+/// many floats as the source.
+void applyFilterAdd(const float* src, float* dst, int srcWidth, int srcHeight, const float* filter,
+                    int filterWidth, int filterHeight, float* temporary, float bias, int stride);
 
 /// What a row kernel needs of a filter.
 struct FilterPlane {

@@ -64,8 +64,8 @@ bool LinearTransformLayer::compare(const BaseLayer& other) const {
 
 void LinearTransformLayer::saveToCpp(std::ostream& stream, const std::string& functionName) const {
     stream << "LinearTransformLayer& " << functionName << "()\n{\n    std::vector<float> a, b;\n";
-    for (float value : a_) stream << "    a.push_back(" << KZ::floatLiteral(value) << ");\n";
-    for (float value : b_) stream << "    b.push_back(" << KZ::floatLiteral(value) << ");\n";
+    for (float value : a_) stream << "    a.push_back(" << KZ::floatText(value) << ");\n";
+    for (float value : b_) stream << "    b.push_back(" << KZ::floatText(value) << ");\n";
     stream << "    static LinearTransformLayer linearTransformLayer(\"" << name()
            << "\");\n    linearTransformLayer.setTransform(a, b);\n    return "
               "linearTransformLayer;\n}\n\n";

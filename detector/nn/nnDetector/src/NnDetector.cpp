@@ -73,8 +73,8 @@ void NnDetector::setOutputLayers(const std::vector<std::string>& names) {
 
 void NnDetector::updateOutputLayers() {
     if (!automaticOutputs_) return;
-    outputLayers_.resize(network_.size(), true);
-    for (size_t i = 0; i < network_.size(); ++i) {
+    const size_t count = std::min(network_.size(), outputLayers_.size());
+    for (size_t i = 0; i < count; ++i) {
         if (!outputLayers_[i]) continue;
         // Activations work in place: the layer below holds the same memory already.
         const std::string type = network_[i]->type();

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <map>
 
 #include "KZ_Assert.h"
@@ -8,6 +9,7 @@ const char* const NN_CLASSIFIER_VERSION = "Version 8";
 namespace {
 
 const char* const SEPARATOR = "\n";
+const int64_t LARGEST_AREA = int64_t{1} << 30;
 const size_t SMALLEST_LAYER = 7;  // two empty strings, the count of bottoms, the separator
 
 }  // namespace
@@ -41,7 +43,6 @@ using LayersByName = std::map<std::string, KZ::SharedPtr<BaseLayer>>;
 KZ::SharedPtr<BaseLayer> readLayer(KZ::ArchiveI& archive, LayersByName& byName) {
     KZ::SharedPtr<BaseLayer> layer = BaseLayer::loadBaseLayer(archive);
     layer->serialize(archive);
-    byName[layer->name()] = layer;
     int numBottoms = 0;
     archive& numBottoms;
     KZ_ASSERT_GE(numBottoms, 0);
@@ -52,6 +53,8 @@ KZ::SharedPtr<BaseLayer> readLayer(KZ::ArchiveI& archive, LayersByName& byName) 
         const auto found = byName.find(name);
         layer->addBottomLayer(found == byName.end() ? KZ::SharedPtr<BaseLayer>() : found->second);
     }
+    // Only now: a layer that held itself would never be freed.
+    byName[layer->name()] = layer;
     archive& SEPARATOR;
     return layer;
 }
@@ -67,6 +70,9 @@ KZ::ArchiveI& operator&(KZ::ArchiveI& archive, NnDetector& network) {
     archive& read.name_& SEPARATOR;
     KZ::Size size;
     archive& size& SEPARATOR;
+    KZ_ASSERT_GE(size.width, 0);
+    KZ_ASSERT_GE(size.height, 0);
+    KZ_ASSERT_LT(static_cast<int64_t>(size.width) * size.height, LARGEST_AREA);
     int mode = KZ::COLOR_MODE_MONO;
     if (!(version < "Version 8")) archive& mode& SEPARATOR;
     KZ_ASSERT(mode >= KZ::COLOR_MODE_UNDEFINED && mode < KZ::COLOR_MODE_END,
@@ -78,11 +84,16 @@ KZ::ArchiveI& operator&(KZ::ArchiveI& archive, NnDetector& network) {
     LayersByName byName;
     for (int i = 0; i < numLayers; ++i) read.network_.push_back(readLayer(archive, byName));
 
-    // Everything is read: only now does the object change.
+    // Everything is read: only now does the object change. What files do not store goes back to its
+    // default; the outputs stay.
     network.name_ = read.name_;
     network.size_ = size;
     network.network_ = read.network_;
     network.inputColorMode_ = static_cast<KZ::ColorMode>(mode);
     network.meanValues_.assign(KZ::depth(network.inputColorMode_), 0);
+    network.multiplier_ = read.multiplier_;
+    network.samplewiseMean_ = read.samplewiseMean_;
+    network.transpose_ = read.transpose_;
+    network.trainLog_ = read.trainLog_;
     return archive;
 }

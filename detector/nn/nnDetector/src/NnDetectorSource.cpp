@@ -23,7 +23,8 @@ const char* const HEAD = R"(/*
  * function per table and per layer, and at the end the function that joins
  * the layers. Nothing is read from a file, and no weight is copied.
  *
- * The weights belong to the owners of this library.
+ * The weights belong to the owners of this library and are confidential
+ * unless the owners say otherwise.
  */
 )";
 
@@ -58,7 +59,7 @@ void writeLayerSetUp(std::ostream& stream, const BaseLayer& layer, size_t index)
 void NnDetector::saveToCpp(const std::string& fileName) const {
     std::ofstream file(fileName.c_str());
     KZ_ASSERT(file, "cannot open file " << fileName);
-    saveToCpp(file, baseName(fileName));
+    saveToCpp(file, fixName(baseName(fileName)));
 }
 
 void NnDetector::saveToCpp(std::ostream& stream, const std::string& functionName) const {
@@ -66,7 +67,7 @@ void NnDetector::saveToCpp(std::ostream& stream, const std::string& functionName
     stream << HEAD << "#include \"NnDetector.h\"\n"
            << EXPORT_HEAD << "    DLL_DECLSPEC void " << functionName
            << "(NnDetector& detector);\n\n";
-    stream << "namespace " << space << "\n{\nusing KZ::Blob;\n\n";
+    stream << "namespace " << space << "\n{\n";
     for (const auto& layer : network_) layer->saveToCpp(stream, fixName(layer->name()));
 
     stream << "NnDetector& " << functionName
@@ -74,7 +75,7 @@ void NnDetector::saveToCpp(std::ostream& stream, const std::string& functionName
               "        return nnDetector;\n    }\n\n    nnDetector.setName(\""
            << name_ << "\");\n\n    std::vector<float> meanValues;\n";
     for (const float mean : meanValues_) {
-        stream << "    meanValues.push_back(" << KZ::floatLiteral(mean) << ");\n";
+        stream << "    meanValues.push_back(" << KZ::floatText(mean) << ");\n";
     }
     stream << "    nnDetector.setMeanValues(meanValues);\n\n";
     for (size_t i = 0; i < network_.size(); ++i) writeLayerSetUp(stream, *network_[i], i);

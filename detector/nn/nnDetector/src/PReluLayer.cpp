@@ -18,6 +18,7 @@ void PReluLayer::forward() {
     top_ = bottomBlob(0);
     KZ_ASSERT_EQ(top_.num(), 1);
     KZ_ASSERT_EQ(top_.channels(), slope_.num());
+    KZ_ASSERT_GE(slope_.size(), slope_.num());
     for (int c = 0; c < top_.channels(); ++c) {
         KZ::PReluLrForwardFoOneCh(top_.data(0, c, 0, 0), top_.area(), slope_.data()[c]);
     }

@@ -8,6 +8,8 @@
 
 namespace {
 
+const int LARGEST_WINDOW = 1 << 15;
+
 int dividedUp(int size, int stride) {
     return static_cast<int>(std::ceil(static_cast<float>(size) / static_cast<float>(stride)));
 }
@@ -48,7 +50,10 @@ bool PoolingLayer::compare(const BaseLayer& other) const {
 void PoolingLayer::forward() {
     KZ_ASSERT_EQ(bottomLayers_.size(), 1);
     // A layer from a file may carry anything.
+    KZ_ASSERT_GT(kernel_, 0);
     KZ_ASSERT_GT(stride_, 0);
+    KZ_ASSERT_LT(kernel_, LARGEST_WINDOW);
+    KZ_ASSERT_LT(stride_, LARGEST_WINDOW);
     if (stride_ == kernel_) {
         poolingStrideEqualsKernel();
     } else {
@@ -85,6 +90,8 @@ void PoolingLayer::poolingDifferentStrideKernel() {
     KZ_ASSERT_EQ(bottom.num(), 1);
     top_.init(1, bottom.channels(), dividedUp(bottom.height() - kernel_, stride_) + 1,
               dividedUp(bottom.width() - kernel_, stride_) + 1);
+    KZ_ASSERT_GE(top_.height(), 1);
+    KZ_ASSERT_GE(top_.width(), 1);
     top_.setValue(KZ::minValue<float>());
     for (int c = 0; c < top_.channels(); ++c) {
         for (int oy = 0; oy < top_.height(); ++oy) {

@@ -20,6 +20,7 @@ void checkMap(const KZ::Blob& map, const KZ::Blob& scores, int channels) {
 
 void PredictBoxLayer::forward() {
     KZ_ASSERT_GE(bottomLayers_.size(), 1);
+    requireBottom(0);
     KZ_ASSERT_EQ(bottomLayers_[0]->getBlob().channels(), 2);
     KZ_ASSERT_NE(cellSize_, 0);
     const KZ::Blob& scores = bottomBlob(0);
@@ -43,8 +44,9 @@ bool PredictBoxLayer::predict(int n, int y, int x) {
     if (!(score > threshold_)) return false;
     const float scale = bottomLayers_.size() > 2 ? *bottomBlob(2).data(n, 0, y, x) : 1.0f;
     if (std::fabs(scale) < SMALLEST_SCALE) return false;
-    *boxes_.data(n, 0, y, x) = scale * static_cast<float>((stride_ * x) / cellSize_);
-    *boxes_.data(n, 1, y, x) = scale * static_cast<float>((stride_ * y) / cellSize_);
+    const float stride = static_cast<float>(stride_), cellSize = static_cast<float>(cellSize_);
+    *boxes_.data(n, 0, y, x) = scale * (stride * static_cast<float>(x) / cellSize);
+    *boxes_.data(n, 1, y, x) = scale * (stride * static_cast<float>(y) / cellSize);
     *boxes_.data(n, 2, y, x) = scale;
     *boxes_.data(n, 3, y, x) = scale;
     *boxes_.data(n, 4, y, x) = score;

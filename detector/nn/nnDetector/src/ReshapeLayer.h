@@ -11,7 +11,7 @@ public:
     void forward() override;
     std::string type() const override { return "ReshapeLayer"; }
     void serialize(KZ::ArchiveO& archive) const override { archive& size_; }
-    void serialize(KZ::ArchiveI& archive) override { archive& size_; }
+    void serialize(KZ::ArchiveI& archive) override;
     void saveToCpp(std::ostream& stream, const std::string& functionName) const override;
     KZ::SharedPtr<BaseLayer> clone() const override;
     bool compare(const BaseLayer& other) const override {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "KZ_Assert.h"
+#include "KZ_Limits.h"
 
 SliceLayer::SliceLayer(const std::string& name, int segmentNumber, int numSegments, int axis)
     : BaseLayer(name), segmentNumber_(segmentNumber), numSegments_(numSegments), axis_(axis) {
@@ -108,6 +109,13 @@ void SliceLayer::serialize(KZ::ArchiveI& archive) {
     archive& segmentNumber_& numSegments_& axis_;
     archive.archiveFromVersion("Version 3", slicePoint_);
     archive.archiveFromVersion("Version 3", sliceSize_);
+    // A damaged file may carry anything.
+    if (numSegments_ != 0) {
+        KZ_ASSERT_GE(segmentNumber_, 0);
+        KZ_ASSERT_LT(segmentNumber_, numSegments_);
+    }
+    KZ_ASSERT_GE(slicePoint_, 0);
+    KZ_ASSERT_GT(sliceSize_, KZ::minValue<int>());
 }
 
 KZ::SharedPtr<BaseLayer> SliceLayer::clone() const {

@@ -60,5 +60,6 @@ void SoftmaxLayer::normalise(const KZ::Blob& bottom) {
 
 void SoftmaxLayer::saveToCpp(std::ostream& stream, const std::string& functionName) const {
     stream << "SoftmaxLayer& " << functionName << "()\n{\n    static SoftmaxLayer softmaxLayer(\""
-           << name() << "\", " << threshold_ << ");\n    return softmaxLayer;\n}\n\n";
+           << name() << "\", " << KZ::floatText(threshold_)
+           << ");\n    return softmaxLayer;\n}\n\n";
 }

@@ -10,6 +10,7 @@ void SubtractLayer::forward() {
     KZ_ASSERT_EQ(bottom.channels(), subtrahend_.channels());
     KZ_ASSERT_EQ(bottom.height(), subtrahend_.height());
     KZ_ASSERT_EQ(bottom.width(), subtrahend_.width());
+    KZ_ASSERT_GE(subtrahend_.num(), 1);
     for (int i = 0; i < bottom.size(); ++i) {
         top_.data()[i] = bottom.data()[i] - subtrahend_.data()[i];
     }

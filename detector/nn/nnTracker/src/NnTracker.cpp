@@ -5,6 +5,7 @@
 
 #include "KZ_Assert.h"
 #include "KZ_Geometry.h"
+#include "KZ_Truncate.h"
 
 namespace {
 
@@ -115,15 +116,15 @@ void NnTracker::fit(const KZ::Image& image, const KZ::Size& size, LocationState&
     copy.size.height =
         copy.size.width * static_cast<float>(size.height) / static_cast<float>(size.width);
     const KZ::RectF rect = copy.getRect();
-    const float dx = static_cast<float>(static_cast<int>(rect.right - rect.left));
-    const float dy = static_cast<float>(static_cast<int>(rect.bottom - rect.top));
+    const float dx = static_cast<float>(KZ::truncatedToInt(rect.right - rect.left));
+    const float dy = static_cast<float>(KZ::truncatedToInt(rect.bottom - rect.top));
     const float radians = KZ::degreeToRadian(location.angle);
     const KZ::PointF first = KZ::rotate(KZ::PointF(dx, dy), radians);
     const KZ::PointF second = KZ::rotate(KZ::PointF(-dx, dy), radians);
-    const int width = static_cast<int>(std::max(std::fabs(first.x), std::fabs(second.x)));
-    const int height = static_cast<int>(std::max(std::fabs(first.y), std::fabs(second.y)));
-    const int left = static_cast<int>((rect.right + rect.left) / 2) - width / 2;
-    const int top = static_cast<int>((rect.bottom + rect.top) / 2) - height / 2;
+    const int width = KZ::truncatedToInt(std::max(std::fabs(first.x), std::fabs(second.x)));
+    const int height = KZ::truncatedToInt(std::max(std::fabs(first.y), std::fabs(second.y)));
+    const int left = KZ::truncatedToInt((rect.right + rect.left) / 2) - width / 2;
+    const int top = KZ::truncatedToInt((rect.bottom + rect.top) / 2) - height / 2;
     const int right = left + width, bottom = top + height;
     location.center =
         KZ::PointF(static_cast<float>((left + right) / 2), static_cast<float>((top + bottom) / 2));
