@@ -11,6 +11,8 @@ namespace palm {
 namespace {
 
 const int REMEMBERED_FRAMES = 3;
+// From no reading to gravity is a jolt of 9.8 m/s2; the gate opens again within this many frames.
+const int GATE_FRAMES = 12;
 
 void setOption(const char* key, const std::optional<int>& value) {
     if (value) VI_SetParameter(key, std::to_string(*value).c_str());
@@ -49,9 +51,18 @@ void Engine::reset() {
     if (settled_) return;
     // A reset keeps what is tracked. Blank frames end it: those of the rest after a hit, then as
     // many misses as the confirmation remembers.
-    std::fill(nv21_.begin(), nv21_.end(), static_cast<unsigned char>(128));
-    for (int i = 0; i < REST_FRAMES + REMEMBERED_FRAMES; ++i) processNv21();
+    processBlank(REST_FRAMES + REMEMBERED_FRAMES);
     settled_ = true;
+}
+
+void Engine::processBlank(int frames) {
+    nv21_.assign(static_cast<size_t>(frameSize_.area()) * 3 / 2, 128);
+    for (int i = 0; i < frames; ++i) processNv21();
+}
+
+void Engine::settleAt(const AccelerationReading& reading) {
+    setAcceleration(reading);
+    processBlank(GATE_FRAMES);
 }
 
 void Engine::setAcceleration(const AccelerationReading& reading) {

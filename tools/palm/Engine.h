@@ -34,11 +34,15 @@ public:
     /// Forgets what was tracked: the next frame is another scene.
     void reset();
     void setAcceleration(const AccelerationReading& reading);
+    /// Lets blank frames pass until the engine takes this reading for the phone at rest: on a phone
+    /// the sensor runs before the camera does.
+    void settleAt(const AccelerationReading& reading);
     /// `picture`: BGR of the frame size.
     Outcome process(const cv::Mat& picture);
 
 private:
     Outcome processNv21();
+    void processBlank(int frames);
 
     cv::Size frameSize_;
     int cameraAngle_;

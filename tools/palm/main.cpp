@@ -176,6 +176,7 @@ private:
     void start(const cv::Size& pictureSize) {
         frameSize_ = options_.size.value_or(defaultSize(pictureSize));
         engine_ = std::make_unique<Engine>(options_, frameSize_);
+        if (const AccelerationReading* first = accelerometer_.at(0)) engine_->settleAt(*first);
     }
 
     void track(const Outcome& outcome) {
