@@ -145,23 +145,25 @@ TEST(ClassifierRing, PosesThatFollow) {
 TEST(ClassifierRing, DerivedCascadesSeeTransformedPictures) {
     Random random(20260320);
     const KZ::Image image = randomImage(random, KZ::Size(70, 50));
-    Palm palm(20260321, 0);
-    palm.pointers.resize(1);
-    ClassifierRing ring(palm.pointers);
-    ring.setName("palm");
-    ring.generatePossibilities();
-    CascadedClassifier& base = ring.baseClassifier(0);
-    const auto all = ring.getClassifiers(KZ::AngleRange(), KZ::Side::BOTH);
-    ASSERT_EQ(8u, all.size());
-    EXPECT_GT(hits(base, image).size(), 50u);
-    for (CascadedClassifier* cascade : all) {
-        const auto way = base.transformCost(*cascade);
-        EXPECT_EQ(hits(base, image, way.flip, way.rotations),
-                  hits(*cascade, transformed(image, way.flip, way.rotations)))
-            << cascade->angle << " " << cascade->side;
-        EXPECT_EQ(way.rotations % 2 ? KZ::Size(10, 12) : SIZE, cascade->monoSize);
-        EXPECT_EQ(SIZE, cascade->baseSize_);
-        EXPECT_EQ("palm", cascade->name);
+    for (int pose = 0; pose < 8; ++pose) {
+        Palm palm(20260321, 0);
+        palm.pointers.resize(1);
+        ClassifierRing ring(palm.pointers);
+        ring.setName("palm");
+        ring.generatePossibilities();
+        const auto wanted = ring.possibilities[static_cast<size_t>(pose)];
+        CascadedClassifier& base = ring.baseClassifier(0);
+        const auto way = base.transformCost(wanted);
+        const auto expected = hits(base, image, way.flip, way.rotations);
+        EXPECT_GT(expected.size(), 50u);
+
+        const auto derived = ring.getClassifiers(KZ::AngleRange(wanted.angle), wanted.side);
+        ASSERT_EQ(1u, derived.size());
+        EXPECT_EQ(expected, hits(*derived[0], transformed(image, way.flip, way.rotations)))
+            << wanted.angle << " " << wanted.side;
+        EXPECT_EQ(way.rotations % 2 ? KZ::Size(10, 12) : SIZE, derived[0]->monoSize);
+        EXPECT_EQ(SIZE, derived[0]->baseSize_);
+        EXPECT_EQ("palm", derived[0]->name);
     }
 }
 

@@ -176,7 +176,11 @@ void StrongClassifier::clearActivation() {
 
 void StrongClassifier::rotate(const KZ::Size& size) {
     clearActivation();
-    for (WeakClassifierRmct& weak : rmct_) weak.rotate(size);
+    for (WeakClassifierRmct& weak : rmct_) {
+        weak.rotate(size);
+        // One from the top row does not know its strip, the first one may: all are to be made anew.
+        weak.setStrip(0);
+    }
     for (WeakClassifierHaar& weak : haar_) weak.rotate(size);
     for (WeakClassifierHog& weak : hog_) weak.rotate(size);
 }
