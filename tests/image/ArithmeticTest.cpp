@@ -183,8 +183,10 @@ TEST(PixelArithmetic, AbsDiffOfColours) {
                       *target.image.data(x, y));
         }
     const Image smaller(Size(16, 3), COLOR_MODE_BGR), rgb(Size(17, 3), COLOR_MODE_RGB);
-    EXPECT_EQ("(source1).size() == ((source2).size())",
+    EXPECT_EQ("(source1).size() == (source2.size())",
               conditionOf([&] { absDiff(a.image, smaller, target.image); }));
+    EXPECT_EQ("(source1.rect()).contains(rect)",
+              conditionOf([&] { absDiff(a.image, b.image, target.image, Rect(0, 0, 1, 4)); }));
     EXPECT_EQ("have COLOR_MODE_BGR, but need COLOR_MODE_RGB\n",
               assertionOf([&] { absDiff(a.image, rgb, target.image); }));
     EXPECT_EQ("absDiff: unsupported color mode: COLOR_MODE_RGB\n",

@@ -12,17 +12,20 @@ namespace {
 
 using Byte = unsigned char;
 
-void checkAgreement(const Image& source1, const Image& source2) {
-    KZ_CHECK_COLOR_MODE(source1, (source2).colorMode());
-    KZ_CHECK_SIZE(source1, (source2).size());
+// The pixels to work on, once the sources agree and have them.
+Rect commonRegion(const Image& source1, const Image& source2, const Rect& rect) {
+    KZ_CHECK_COLOR_MODE(source1, source2.colorMode());
+    KZ_CHECK_SIZE(source1, source2.size());
+    if (meansAll(rect)) return source1.rect();
+    KZ_CHECK_CONTAINS(source1.rect(), rect);
+    return rect;
 }
 
 // target = operation(source1, source2) on all cells of type T, in the sources' mode.
 template <typename T, typename Operation>
 void mapImages(const Image& source1, const Image& source2, Image& target, const Rect& rect,
                Operation operation) {
-    checkAgreement(source1, source2);
-    const Rect region = regionOf(source1, rect);
+    const Rect region = commonRegion(source1, source2, rect);
     target.create(source1.size(), source1.colorMode());
     const int cells = target.depth() / static_cast<int>(sizeof(T));
     mapCellPairs<T, T>(source1, source2, target, region, cells, operation);
@@ -127,8 +130,7 @@ void absDiff(const Image& source1, const Image& source2, Image& target, const Re
             return mapImages<Byte>(source1, source2, target, rect,
                                    [](Byte s1, Byte s2) { return difference(s1, s2); });
         case COLOR_MODE_BGR: {
-            checkAgreement(source1, source2);
-            const Rect region = regionOf(source1, rect);
+            const Rect region = commonRegion(source1, source2, rect);
             target.create(source1.size(), COLOR_MODE_MONO);
             for (int y = region.top; y < region.bottom; ++y)
                 absDiffBgrRow(source1.data(region.left, y), source2.data(region.left, y),
