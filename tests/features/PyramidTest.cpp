@@ -129,6 +129,13 @@ TEST(ImagePyramid, LayerAtZoom) {
         pyramid.init(row.layers, row.start, 1.2f);
         EXPECT_EQ(row.expected, pyramid.layerAtZoom(row.zoom)) << row.start << " " << row.zoom;
     }
+    // Both layers snap to 2: no layer is nearer than another.
+    ImagePyramid flat;
+    flat.init(2, 2, 1.01f);
+    flat.compute(Image(Size(8, 8), KZ::COLOR_MODE_MONO), false);
+    EXPECT_EQ(0, flat.layerAtZoom(2));
+    EXPECT_LT(flat.layerAtZoom(1), 0);
+    EXPECT_EQ(1, flat.layerAtZoom(3));
 }
 
 TEST(ImagePyramid, Refusals) {

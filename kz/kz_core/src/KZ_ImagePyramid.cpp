@@ -169,7 +169,9 @@ int ImagePyramid::layerAtZoom(float zoom) const {
     const float step = pyramid_[1].zoom / pyramid_[0].zoom;
     const double q = std::log(static_cast<double>(ratio)) / std::log(static_cast<double>(step));
     const double nearest = q > 0 ? std::floor(q + 0.5) : std::ceil(q - 0.5);
-    return static_cast<int>(std::min(nearest, static_cast<double>(numLayers()) - 1));
+    // Two layers that were snapped to the same zoom make the quotient infinite or no number.
+    return truncatedToInt(
+        static_cast<float>(std::min(nearest, static_cast<double>(numLayers()) - 1)));
 }
 
 void ImagePyramid::checkLayer(int layer) const {
