@@ -58,8 +58,12 @@ void Image::copyFrom(const Image& source) {
 
 void Image::create(const Size& size, ColorMode mode) {
     if (size_ == size && colorMode_ == mode) return;
+    const size_t bytes = allocationSize(size, KZ::depth(mode));
+    // The old pixels go first. Where memory runs out, no header stands without pixels.
+    reset();
+    const SharedArray<unsigned char> buffer(new unsigned char[bytes]);
     createHeader(size, mode);
-    buffer_ = SharedArray<unsigned char>(new unsigned char[allocationSize(size_, depth_)]);
+    buffer_ = buffer;
     data_ = buffer_.get();
 }
 
