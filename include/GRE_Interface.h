@@ -27,8 +27,9 @@
 extern "C" {
 #endif
 
-/// Starts the engine for grey frames of `width` by `height` pixels, neither negative. Clears the
-/// result, searches the whole frame, and applies the options given so far.
+/// Starts the engine for grey frames of `width` by `height` pixels: neither is negative, and their
+/// product is below 2^31. Clears the result, searches the whole frame, and applies the options
+/// given so far.
 VI_EXPORT void GRE_Init(int width, int height);
 
 /// Clears the result and the detector's angle. Sizes, options and the camera's state stay.
@@ -59,9 +60,9 @@ VI_EXPORT void GRE_SetCameraFlip(bool flip);
 /// until the next accelerometer reading.
 VI_EXPORT void GRE_SetCameraAngle(int degrees);
 
-/// One accelerometer reading in m/s^2, all finite: x and y lie in the picture plane, z along the
-/// view. It sets the camera's angle, unless the phone lies flat, and tells GRE_ProcessFrame how
-/// much the camera moves. Call it at about the frame rate.
+/// One accelerometer reading in m/s^2, each within a million: x and y lie in the picture plane, z
+/// along the view. It sets the camera's angle, unless the phone lies flat, and tells
+/// GRE_ProcessFrame how much the camera moves. Call it at about the frame rate.
 VI_EXPORT void GRE_SetCameraAcceleration(float x, float y, float z);
 
 /// Region to search, in frame pixels, right and bottom exclusive. It is checked when the next frame

@@ -169,6 +169,8 @@ TEST_F(GreFrameLoop, MisuseIsAnAssertionAndLeavesTheEngineUsable) {
         EXPECT_EQ(row.condition, conditionOf([&] { process(); }));
     }
     EXPECT_EQ("(width) >= (0)", conditionOf([] { GRE_Init(-1, 5); }));
+    EXPECT_EQ("wrong frame size Size(65536, 65536)\n",
+              assertionOf([] { GRE_Init(1 << 16, 1 << 16); }));
     EXPECT_EQ("(pointNumber) >= (0)", conditionOf([] { GRE_GetPoint(-1, 0, 0, 0); }));
     EXPECT_EQ("(pointNumber) < ((int)greResultData.points.size())",
               conditionOf([] { GRE_GetPoint(0, 0, 0, 0); }));

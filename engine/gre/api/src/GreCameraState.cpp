@@ -23,6 +23,13 @@ const float MAX_SPEED = 0.6f;
 const float SPEED_MEMORY = 0.9f;
 const float SPEED_UPDATE = 0.100000024f;  ///< 1 - 0.9f
 
+// Beyond every sensor. What is no number, or whose square is beyond a float, would stay in the
+// smoothed speed for good.
+bool isReading(float value) {
+    const float limit = 1e6f;
+    return std::fabs(value) <= limit;
+}
+
 // Lying nearly flat: what gravity leaves in the picture plane is noise.
 bool isFlat(float x, float y, float z) {
     return std::sqrt(x * x + y * y) * 0.5f < 2 && z > 8;
@@ -65,8 +72,7 @@ void GRE_SetCameraAngle(int degrees) {
 }
 
 void GRE_SetCameraAcceleration(float x, float y, float z) {
-    // One reading that is no number would stay in the smoothed speed for good.
-    KZ_ASSERT(std::isfinite(x) && std::isfinite(y) && std::isfinite(z),
+    KZ_ASSERT(isReading(x) && isReading(y) && isReading(z),
               "wrong acceleration: " << x << ", " << y << ", " << z);
     cameraAccel = KZ::Point3d(x, y, z);
     if (isFlat(x, y, z) && angleHist.size() != 0) {

@@ -1,6 +1,7 @@
 #include "GRE_RaisedHand.h"
 
 #include <cmath>
+#include <cstdint>
 
 #include "DetectorResult.h"
 #include "GRE_Interface.h"
@@ -88,6 +89,8 @@ void mapBoxToFrame(KZ::Rect& box) {
 void GRE_Init(int width, int height) {
     KZ_ASSERT_GE(width, 0);
     KZ_ASSERT_GE(height, 0);
+    KZ_ASSERT(static_cast<int64_t>(width) * height <= KZ::maxValue<int>(),
+              "wrong frame size " << KZ::Size(width, height));
     greResultData.clear();
     raisedHandDetector.reset();
     frameSize = KZ::Size(width, height);
