@@ -33,6 +33,10 @@ std::string joinedKeys(const std::map<std::string, Value>& entries, const char* 
     return keys;
 }
 
+bool isLike(ImageData& node, const Image& image) {
+    return node.getRaw().size() == image.size() && node.colorMode() == image.colorMode();
+}
+
 // Zero is added so that nothing comes out as -0.
 float truncated(float value) {
     return std::trunc(value) + 0.f;
@@ -81,11 +85,13 @@ void ViDetectorInterface::initWithImages(const std::string&,
 void ViDetectorInterface::initImages(const std::map<std::string, Image>& images) {
     for (const auto& entry : images) {
         const Image& image = entry.second;
-        SharedPtr<ImageData>& node = imageDatas_[entry.first];
-        if (!node || node->getRaw().size() != image.size() ||
-            node->colorMode() != image.colorMode())
-            node = SharedPtr<ImageData>(new ImageData(image.size(), image.colorMode()));
-        node->set(image);
+        const auto found = imageDatas_.find(entry.first);
+        if (found == imageDatas_.end() || !isLike(*found->second, image)) {
+            // Made before it is entered: the map never holds a name without a node.
+            const SharedPtr<ImageData> node(new ImageData(image.size(), image.colorMode()));
+            imageDatas_[entry.first] = node;
+        }
+        imageDatas_[entry.first]->set(image);
     }
 }
 
