@@ -41,8 +41,9 @@ extern "C" {
 // ---- Set-up
 
 /// Collects one option, "--key" or, unless `value` is null or empty, "--key=value". Options take
-/// effect at the next VI_Init. `value` must not hold a double quote: it is kept as it is, and
-/// every VI_Init from then on fails. Options of the palm engine:
+/// effect at the next VI_Init, which reads them as one text: `key` has at least two characters,
+/// `value` holds no double quote and no word that begins with "#". They are kept as they are, and
+/// with others every VI_Init from then on fails. Options of the palm engine:
 ///   size          picture after VI_SetFrame, "Size(w, h)" in pixels: half the camera's ("Size(320,
 ///                 240)")
 ///   camera-flip   results are mirrored left to right ("false")
@@ -56,7 +57,9 @@ VI_EXPORT void VI_SetParameter(const char* key, const char* value);
 /// assertion.
 VI_EXPORT void VI_Init(void);
 
-/// Forgets what was tracked. Options and the last result stay.
+/// Clears the engine's outcome, states and count of frames. Options and the results that VI_Get*
+/// read stay; so does the confirmation's memory of the last frames, which fades on its own. Makes
+/// the folder for profiles, "/storage/emulated/0/tmp", where it can.
 VI_EXPORT void VI_Reset(void);
 
 /// Stops the engine. VI_Init starts it again.
@@ -70,7 +73,10 @@ VI_EXPORT void VI_Release(void);
 VI_EXPORT void VI_SetRoi(int x, int y, int width, int height);
 
 /// Sets a parameter of the next frame. A second call with the same key changes nothing: the first
-/// value counts. The palm engine reads "input-frame-part" and "output-frame-part".
+/// value counts. The palm engine reads "input-frame-part". All parameters of a frame reach it as
+/// one text of options: a key has at least two characters and no "=" or blank, and no word of a
+/// value begins with "#" or stands between unpaired quotes; else VI_ProcessFrame fails. The keys
+/// "help" (prints usage to standard output) and "import" (reads options from a file) are taken.
 VI_EXPORT void VI_SetFrameParameter(const char* key, const char* value);
 
 /// Takes image `i` of the next frame: 0, "bgr", is the only one of the palm engine. `frame` holds
