@@ -1,8 +1,8 @@
 #include "Evaluation.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <memory>
 
 #include "Composer.h"
@@ -190,10 +190,9 @@ double Evaluation::millisecondsPerFrame(const RingContent& ring, int scenes) con
         training::coverWithScene(store_.grey(scenes_[i % scenes_.size()]), frame);
         scanner.show(frame);
         if (i == 0) scanner.scan();
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         scanner.scan();
-        total += std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                     .count();
+        total += 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     }
     return total / scenes;
 }

@@ -44,7 +44,7 @@ public:
     Measurement measure(const training::RingContent& ring, int lastShift) const;
     /// Looks at every `stride`-th scene.
     StageRates stageRates(const training::RingContent& ring, int stride) const;
-    /// Milliseconds on one thread for a scene: pyramid, integral image, scan and grouping.
+    /// Milliseconds of processor time for a scene: pyramid, integral image, scan and grouping.
     double millisecondsPerFrame(const training::RingContent& ring, int scenes) const;
 
 private:

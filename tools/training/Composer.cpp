@@ -40,7 +40,7 @@ cv::Mat fadingMask(const cv::Size& photo, const cv::Rect& part, const cv::Size& 
         std::vector<double> values(cells);
         for (int i = 0; i < cells; ++i) {
             const double p = begin + (i + 0.5) * length / cells;
-            values[i] = std::clamp(std::min(p, limit - p) / std::max(feather, 1.0), 0.0, 1.0);
+            values[i] = std::clamp(std::min(p, limit - p) / feather, 0.0, 1.0);
         }
         return values;
     };
@@ -101,6 +101,7 @@ void paste(const cv::Mat& photo, const Placement& placement, double feather, dou
     const cv::Matx33d map = toFrame * toPhoto;
     cv::Mat top, mask;
     cv::warpPerspective(small, top, map, frame.size(), cv::INTER_LINEAR, cv::BORDER_REPLICATE);
+    if (feather <= 0) return top.copyTo(frame);
     cv::warpPerspective(fadingMask(photo.size(), part, resized, feather), mask, map, frame.size(),
                         cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(0));
     blend(top, mask, frame);

@@ -24,7 +24,8 @@ struct Placement {
 cv::Point2d transformed(const cv::Matx33d& matrix, const cv::Point2d& p);
 
 /// Lays `photo` over `frame` (both 8-bit grey). Where the frame reaches beyond the picture it keeps
-/// what it held, and over the last `feather` picture pixels the two fade into each other.
+/// what it held, and over the last `feather` picture pixels the two fade into each other; with 0
+/// the picture has to cover the frame.
 /// `sharpness` is 1 for the resolution of the frame's pixels; up to 2 it leaves finer detail in,
 /// which the sampling then folds, as cameras that skip pixels do.
 void paste(const cv::Mat& photo, const Placement& placement, double feather, double sharpness,

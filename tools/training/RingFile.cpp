@@ -70,6 +70,8 @@ void writeBeside(const std::filesystem::path& path, const Write& write) {
 }  // namespace
 
 RingContent readRing(const std::string& path) {
+    const bool isRing = std::filesystem::path(path).extension() == ".ring";
+    if (!isRing) throw Failure(path + ": give a .ring file");
     if (!std::ifstream(path)) throw Failure(path + ": cannot be opened; give a .ring file");
     ClassifierRing ring(path);
     if (ring.getNumClassifiers() == 0) {

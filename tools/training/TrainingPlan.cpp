@@ -29,8 +29,8 @@ StagePlan stage(int weakCount, double keptPalms) {
 /// The scan's cost is nearly all in the first three stages: two of RMCT alone, one with few of the
 /// dearer features, then the long ones that hardly any window reaches.
 std::vector<StagePlan> fiveStages() {
-    std::vector<StagePlan> stages = {stage(12, 0.996), stage(40, 0.993), stage(150, 0.99),
-                                     stage(500, 0.985), stage(854, 0.95)};
+    std::vector<StagePlan> stages = {stage(24, 0.995), stage(60, 0.99), stage(150, 0.985),
+                                     stage(500, 0.975), stage(854, 0.92)};
     const int frames[] = {1500, 1500, 2000, 3000, 9000};
     for (size_t i = 0; i < stages.size(); ++i) {
         stages[i].maxFrames = frames[i];

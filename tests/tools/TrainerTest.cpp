@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include "CascadeTrainer.h"
+#include "DataFolder.h"
+#include "Failure.h"
+#include "WindowScorer.h"
+
+namespace {
+
+using namespace training;
+
+/// One small cascade of two stages.
+TrainingPlan smallPlan() {
+    TrainingPlan plan;
+    plan.shapes = {{"r0", KZ::Size(35, 33), 0}};
+    plan.rendersPerPalm = 2;
+    for (const int weak : {3, 6}) {
+        StagePlan stage;
+        stage.boosting.weakCount = weak;
+        stage.boosting.triedRmct = stage.boosting.triedHaar = stage.boosting.triedHog = 50;
+        stage.haarPool = stage.hogPool = weak > 3 ? 60 : 0;
+        stage.keptPalms = 0.95;
+        stage.sceneWindows = 40;
+        stage.handWindows = 12;
+        stage.perFrame = 8;
+        stage.maxFrames = 8;
+        plan.stages.push_back(stage);
+    }
+    return plan;
+}
+
+class Trainer : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        folder = std::make_unique<TemporaryFolder>();
+        writeDrawnData(folder->path());
+        store = std::make_unique<PhotoStore>(folder->path());
+        whole = train(smallPlan(), "whole.ring");
+    }
+    static void TearDownTestSuite() {
+        store.reset();
+        folder.reset();
+    }
+
+    static RingContent train(const TrainingPlan& plan, const std::string& checkpoint) {
+        Progress progress(false, 1);
+        return CascadeTrainer(*store, plan, folder->path(checkpoint), progress).run();
+    }
+
+    static std::string bytes(const RingContent& ring) {
+        writeRing(ring, folder->path("bytes.ring"));
+        std::ifstream file(folder->path("bytes.ring"));
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    static std::unique_ptr<TemporaryFolder> folder;
+    static std::unique_ptr<PhotoStore> store;
+    static RingContent whole;  ///< of the small plan, trained without a stop
+};
+std::unique_ptr<TemporaryFolder> Trainer::folder;
+std::unique_ptr<PhotoStore> Trainer::store;
+RingContent Trainer::whole;
+
+TEST_F(Trainer, EqualAgainWithOtherThreadsAndAfterAStop) {
+    ASSERT_EQ(2u, whole.cascades[0].stages.size());
+    TrainingPlan plan = smallPlan();
+    plan.threads = 3;
+    EXPECT_TRUE(bytes(whole) == bytes(train(plan, "threads.ring")));
+
+    RingContent stopped = whole;
+    stopped.cascades[0].stages.resize(1);
+    stopped.log.resize(stopped.log.find("stage 2 of"));
+    writeRing(stopped, folder->path("stopped.ring"));
+    EXPECT_TRUE(bytes(whole) == bytes(train(plan, "stopped.ring")));
+
+    plan.seed = 2;
+    EXPECT_THROW(train(plan, "stopped.ring"), Failure);
+    EXPECT_FALSE(bytes(whole) == bytes(train(plan, "seed.ring")));
+}
+
+TEST_F(Trainer, StageHoldsItsKindsInOrderAndTellsPalmsFromScenes) {
+    for (const WeakClassifier& weak : whole.cascades[0].stages[0].weak) {
+        EXPECT_EQ(Feature::RMCT, weak.feature.kind);
+    }
+    const std::vector<WeakClassifier>& last = whole.cascades[0].stages[1].weak;
+    EXPECT_EQ(6u, last.size());
+    EXPECT_TRUE(std::is_sorted(last.begin(), last.end(), [](const auto& a, const auto& b) {
+        return a.feature.kind < b.feature.kind;
+    }));
+    const NegativeFrames frames(*store, "train");
+    MiningOrder order;
+    order.sceneWindows = 200;
+    order.perFrame = 30;
+    order.maxFrames = 8;
+    order.seed = 77;
+    const std::vector<Mined> mined = mine(whole, frames, order, [](int) {});
+    EXPECT_LT(mined[0].passed / mined[0].searched, 0.2);
+}
+
+// Every mined window is an alarm of the cascade, and no frame gives more than its share.
+TEST_F(Trainer, MinedWindowsPassTheCascade) {
+    RingContent ring = whole;
+    ring.cascades[0].stages.resize(1);
+    const NegativeFrames frames(*store, "train");
+    MiningOrder order;
+    order.sceneWindows = 20;
+    order.handWindows = 5;
+    order.perFrame = 4;
+    order.maxFrames = 12;
+    int searched = 0;
+    const std::vector<Mined> mined = mine(ring, frames, order, [&](int n) { searched += n; });
+    EXPECT_EQ(20, mined[0].sceneWindows);
+    EXPECT_GE(searched, 20 / 4);
+    WindowScorer scorer(ring, 0);
+    int score = 0;
+    for (const Window& window : mined[0].windows) EXPECT_TRUE(scorer.passes(window, score));
+}
+
+TEST(TrainerData, SaysWhatIsMissing) {
+    TemporaryFolder folder;
+    std::ofstream(folder.path("manifest.csv"))
+        << "image,source,split,kind,cx,cy,palm_width,angle,side\n"
+        << "a.png,person0,train,palm,60,60,36,0,RIGHT\n"
+        << "b.png,mouso_people,train,scene,,,,,\nc.png,a,train,hand,,,,,\n";
+    const PhotoStore few(folder.path());
+    Progress progress(false, 1);
+    try {
+        CascadeTrainer(few, smallPlan(), folder.path("c.ring"), progress);
+        ADD_FAILURE() << "no failure";
+    } catch (const Failure& failure) {
+        EXPECT_STREQ("no licensed scenes to set palms before", failure.what());
+    }
+}
+
+}  // namespace
