@@ -74,8 +74,8 @@ VI_EXPORT void VI_SetRoi(int x, int y, int width, int height);
 
 /// Sets a parameter of the next frame. A second call with the same key changes nothing: the first
 /// value counts. The palm engine reads "input-frame-part". All parameters of a frame reach it as
-/// one text of options: a key has at least two characters and no "=" or blank, and no word of a
-/// value begins with "#" or stands between unpaired quotes; else VI_ProcessFrame fails. The keys
+/// one text of options: a key has at least two characters and no "=" or blank, no word of a value
+/// begins with "#", and its quotes and braces come in pairs; else VI_ProcessFrame fails. The keys
 /// "help" (prints usage to standard output) and "import" (reads options from a file) are taken.
 VI_EXPORT void VI_SetFrameParameter(const char* key, const char* value);
 
