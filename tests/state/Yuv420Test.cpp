@@ -89,14 +89,6 @@ TEST(Yuv420, KnownColours) {
     EXPECT_EQ(0xff3600, pixel(0, 127, -128, false));
 }
 
-TEST(Yuv420, OutputSizeTruncatesInOrder) {
-    EXPECT_EQ(Size(640, 480), getOutputSize(Size(640, 720), false));
-    EXPECT_EQ(Size(320, 240), getOutputSize(Size(640, 720), true));
-    EXPECT_EQ(Size(3, 1), getOutputSize(Size(7, 5), true));
-    EXPECT_EQ(Size(7, 2), getOutputSize(Size(7, 5), false));
-    EXPECT_EQ(Size(0, 0), getOutputSize(Size(1, 2), true));
-}
-
 class YuvRowParity : public testing::TestWithParam<YuvRowVariant> {};
 
 TEST_P(YuvRowParity, SameBytesAsDefinition) {

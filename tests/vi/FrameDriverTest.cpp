@@ -147,30 +147,17 @@ TEST(FrameDriver, LogParameterIsWrittenAsItIs) {
 TEST(FrameDriver, ExceptionCostsResultsAndTrackingOnly) {
     Engine engine;
     const ViFrameParameters params = frameOf(Image(Size(4, 4), COLOR_MODE_MONO));
-    struct Row {
-        const char* what;
-        std::function<void()> thrower;
+    engine.processFrame(params);
+    engine.onFrame = [] {
+        ViResultState::viResult.gestures = {"half"};
+        KZ_ASSERT(0, "broken");
     };
-    const Row rows[] = {
-        {"non-standart exception occured\n", [] { KZ_ASSERT(0, "broken"); }},
-        {"bad_alloc exception occured: std::bad_alloc\n", [] { throw std::bad_alloc(); }},
-    };
-    int resets = 0;
-    for (const Row& row : rows) {
-        engine.onFrame = [] { ViResultState::viResult.gestures = {"palm"}; };
-        EXPECT_EQ(1u, engine.processFrame(params).gestures.size());
-        engine.onFrame = [&] {
-            ViResultState::viResult.gestures = {"half"};
-            row.thrower();
-        };
-        LogCapture log;
-        EXPECT_TRUE(engine.processFrame(params).gestures.empty());
-        EXPECT_NE(
-            std::string::npos,
-            log.text().find(std::string("during execution of command 'detect();' ") + row.what));
-        EXPECT_EQ(++resets, engine.resetCount_);
-        EXPECT_EQ(1, engine.frameNum_);
-    }
+    LogCapture log;
+    EXPECT_TRUE(engine.processFrame(params).gestures.empty());
+    EXPECT_NE(std::string::npos,
+              log.text().find("during execution of command 'detect();' non-standart exception"));
+    EXPECT_EQ(1, engine.resetCount_);
+    EXPECT_EQ(1, engine.frameNum_);
 }
 
 TEST(FrameDriver, FlipsInTheFirstImageAndListsKeys) {
