@@ -107,13 +107,9 @@ TEST_F(GreToVi, MisuseIsAnAssertion) {
     EXPECT_EQ("(frame).size() == (frameSize_)", conditionOf([&] { process(KZ::Size(160, 120)); }));
     wrapper.release();
     EXPECT_EQ("(image.rect()).contains(rect)", conditionOf([&] { process(KZ::Size(320, 240)); }));
-    for (const char* size : {"Size(0, 0)", "Size(-320, 240)", "Size(320 240)", "320x240"}) {
-        SCOPED_TRACE(size);
-        EXPECT_NE("no failure", conditionOf([&] {
-                      start(" --size=\"" + std::string(size) + "\"");
-                      process(KZ::Size(320, 240));
-                  }));
-    }
+    for (const char* size : {"Size(-320, 240)", "Size(320 240)"})
+        EXPECT_NE("no failure",
+                  conditionOf([&] { start(" --size=\"" + std::string(size) + "\""); }));
 }
 
 // Through the exported functions, on camera frames: the engine halves them and gives its box back.

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <sstream>
 
 #include "KZ_DebugImages.h"
@@ -79,7 +80,7 @@ TEST(DebugImages, KeepsScaledCopiesAndSavesThem) {
     EXPECT_EQ(0, DebugImages::debugImages_[0].image.data()[0]);
     EXPECT_EQ(Size(8, 4), DebugImages::debugImages_[1].image.size());
     const std::string folder = testing::TempDir() + "debug_" + toStr(getpid());
-    ASSERT_TRUE(std::system(("mkdir -p " + folder).c_str()) == 0);
+    std::filesystem::create_directories(folder);
     DebugImages::save(folder, ".pgm");
     Image loaded;
     loaded.load(folder + "/01_b.pgm");
