@@ -2,8 +2,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include <chrono>
-#include <fstream>
+#include <time.h>
+
+#include <algorithm>
 
 #include "DetectorData.h"
 #include "DetectorResult.h"
@@ -17,15 +18,26 @@ namespace {
 
 using benchmark::State;
 
+// Time that this thread had a core: what else runs on the machine does not count.
+double cpuSeconds() {
+    timespec now;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
 // What the engine does with one camera frame, without its rest after a hit, so that a palm which
 // stays in view is tracked on every frame.
 class FramePath {
 public:
-    FramePath() { detector_.setHandSizes(17.28f, 57.6f); }
+    // One for all runs, as the library has one: its detectors are shared.
+    static FramePath& get() {
+        static FramePath path;
+        return path;
+    }
 
     // Returns the milliseconds it took.
     double run(const std::vector<unsigned char>& nv21) {
-        const auto start = std::chrono::steady_clock::now();
+        const double start = cpuSeconds();
         KZ::Image buffer;
         buffer.createRef(const_cast<unsigned char*>(nv21.data()), KZ::Size(640, 720),
                          KZ::COLOR_MODE_BGR);
@@ -37,39 +49,39 @@ public:
             data_, KZ::DetectRegion(mono_.rect(), KZ::RangeF(), KZ::AngleRange(), KZ::Side::BOTH),
             result);
         found_ = result.found;
-        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-            .count();
+        return (cpuSeconds() - start) * 1000;
     }
     bool found() const { return found_; }
 
 private:
+    FramePath() { detector_.setHandSizes(17.28f, 57.6f); }
+
     RaisedHandDetector detector_;
     DetectorData data_;
     KZ::Image bgr_, mono_;
     bool found_ = false;
 };
 
-// In search every third frame is scanned in full; only those count.
+// In search every third frame is scanned in full: a run of three costs one scan, so the dearest of
+// the three is what counts. Frames with a palm would turn to tracking and are left out.
 void fullScanFrame(State& state) {
-    FramePath path;
-    size_t frame = 0;
+    FramePath& path = FramePath::get();
     const auto& clip = bench::nv21Frames();
-    path.run(clip[0]);  // builds the cascades
-    int phase = 1;
+    const size_t empty[] = {0, 1, 2, 21, 22, 37, 38};  // no hand in these
+    for (int i = 0; i < 9; ++i) path.run(clip[0]);
+    size_t next = 0;
     for (auto _ : state) {
-        for (; phase % 3 != 0; ++phase) path.run(clip[frame % clip.size()]);
-        ++phase;
-        state.SetIterationTime(path.run(clip[frame++ % clip.size()]) / 1000);
+        const auto& frame = clip[empty[next++ % 7] % clip.size()];
+        double dearest = 0;
+        for (int i = 0; i < 3; ++i) dearest = std::max(dearest, path.run(frame));
+        state.SetIterationTime(dearest / 1000);
     }
 }
-BENCHMARK(fullScanFrame)
-    ->Name("frame/clip_searched_in_turn")
-    ->Unit(benchmark::kMillisecond)
-    ->UseManualTime();
+BENCHMARK(fullScanFrame)->Name("frame/full_scan")->Unit(benchmark::kMillisecond)->UseManualTime();
 
 void trackingFrame(State& state) {
-    FramePath path;
-    for (int i = 0; i < 6; ++i) path.run(bench::palmFrame());
+    FramePath& path = FramePath::get();
+    for (int i = 0; i < 9; ++i) path.run(bench::palmFrame());
     if (!path.found()) {
         state.SkipWithError("the palm of the sample clip is not found");
         return;

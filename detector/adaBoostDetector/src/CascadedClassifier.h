@@ -91,6 +91,24 @@ private:
     void addMatchesStatic(const KZ::Image& rmctTransform, const KZ::Image& mono,
                           const KZ::Image& integralImage, std::vector<AdaObject>& out,
                           const ScanRange& range, const std::vector<int>& shift, int step) const;
+    /// One row of windows in a scan, and windows of it that passed the first stage but are not
+    /// judged further yet.
+    struct ScanRow {
+        static constexpr int GATHERED = 4;
+        const unsigned char* rmct;
+        const unsigned char* mono;
+        const unsigned int* integral;
+        const int* shift;  ///< layer coordinate to frame coordinate
+        int y;
+        bool blocksOfSecond;  ///< the second stage takes several windows at once
+        int count;
+        int x[GATHERED];
+        int sum[GATHERED];  ///< last stage's votes of each
+    };
+    bool hasOnlyRmct(size_t stage) const;
+    void scanRow(ScanRow& row, int first, int last, int step, std::vector<AdaObject>& out) const;
+    void gather(ScanRow& row, int x, int sum, std::vector<AdaObject>& out) const;
+    void judgeGathered(ScanRow& row, std::vector<AdaObject>& out) const;
     void addMatchesDynamic(const KZ::Image& rmctTransform, const KZ::Image& mono,
                            const KZ::Image& integralImage, std::vector<AdaObject>& out,
                            const ScanRange& range, const std::vector<int>& shift, int step) const;

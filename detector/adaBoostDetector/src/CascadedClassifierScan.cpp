@@ -8,18 +8,20 @@ namespace {
 
 const int BLOCK = 4;
 
-// Sums of the first stage's votes at windows `step` apart. Several at a time: each classifier's
-// fields are then loaded once for all of them, and their table look-ups overlap.
+// Sums of a stage's votes at several windows: each classifier's fields are then loaded once for all
+// of them, and their table look-ups overlap.
 inline void sumVotes(const WeakClassifierRmct* begin, const WeakClassifierRmct* end,
-                     const unsigned char* rmct, int step, int (&sums)[BLOCK]) {
+                     const unsigned char* const (&windows)[BLOCK], int (&sums)[BLOCK]) {
+    const unsigned char *const window0 = windows[0], *const window1 = windows[1],
+                               *const window2 = windows[2], *const window3 = windows[3];
     int sum0 = 0, sum1 = 0, sum2 = 0, sum3 = 0;
     for (const WeakClassifierRmct* weak = begin; weak != end; ++weak) {
         const signed char* const data = weak->data;
-        const unsigned char* const code = rmct + weak->offset;
-        sum0 += data[code[0]];
-        sum1 += data[code[step]];
-        sum2 += data[code[2 * step]];
-        sum3 += data[code[3 * step]];
+        const int offset = weak->offset;
+        sum0 += data[window0[offset]];
+        sum1 += data[window1[offset]];
+        sum2 += data[window2[offset]];
+        sum3 += data[window3[offset]];
     }
     sums[0] = sum0;
     sums[1] = sum1;
@@ -96,27 +98,76 @@ void CascadedClassifier::addMatchesStatic(const KZ::Image& rmctTransform, const 
     KZ_ASSERT(mono.isCreated(), "mono not created");
     KZ_ASSERT(integralImage.isCreated(), "integralImage not created");
 
+    const bool blocksOfSecond = startStage_ == 1 && hasOnlyRmct(1);
+    for (int y = rect.top; y <= rect.bottom; y += step) {
+        ScanRow row = {rmctTransform.data(0, y),
+                       mono.data(0, y),
+                       integralImage.row<unsigned int>(pShift[y]),
+                       pShift,
+                       y,
+                       blocksOfSecond,
+                       0,
+                       {},
+                       {}};
+        scanRow(row, rect.left, rect.right, step, out);
+    }
+}
+
+bool CascadedClassifier::hasOnlyRmct(size_t stage) const {
+    return stage < strongClassifiers.size() && strongClassifiers[stage].haarClassifiers().empty() &&
+           strongClassifiers[stage].hogClassifiers().empty();
+}
+
+// The first stage on every window of a row; those that pass gather for the second.
+void CascadedClassifier::scanRow(ScanRow& row, int first, int last, int step,
+                                 std::vector<AdaObject>& out) const {
     const WeakClassifierRmct* const begin = pRmctClassifierStart_;
     const WeakClassifierRmct* const end = pRmctClassifierEnd_;
     const int threshold = rmctFirstStage_ ? firstStageThreshold_ : KZ::minValue<int>();
-    for (int y = rect.top; y <= rect.bottom; y += step) {
-        const unsigned char* const rmctRow = rmctTransform.data(0, y);
-        const unsigned char* const monoRow = mono.data(0, y);
-        const unsigned int* const integralRow = integralImage.row<unsigned int>(pShift[y]);
-        const auto judge = [&](int x, int sum) {
-            if (sum < threshold) return;
-            int score = sum;
-            if (detect(rmctRow + x, monoRow + x, integralRow + pShift[x], startStage_, score))
-                out.push_back(objectAt(x, y, score));
-        };
-        int x = rect.left;
-        for (; x + (BLOCK - 1) * step <= rect.right; x += BLOCK * step) {
-            int sums[BLOCK];
-            sumVotes(begin, end, rmctRow + x, step, sums);
-            for (int i = 0; i < BLOCK; ++i) judge(x + i * step, sums[i]);
+    int x = first;
+    for (; x + (BLOCK - 1) * step <= last; x += BLOCK * step) {
+        const unsigned char* const p = row.rmct + x;
+        const unsigned char* const windows[BLOCK] = {p, p + step, p + 2 * step, p + 3 * step};
+        int sums[BLOCK];
+        sumVotes(begin, end, windows, sums);
+        for (int i = 0; i < BLOCK; ++i) {
+            if (sums[i] >= threshold) gather(row, x + i * step, sums[i], out);
         }
-        for (; x <= rect.right; x += step) judge(x, sumVotes(begin, end, rmctRow + x));
     }
+    for (; x <= last; x += step) {
+        const int sum = sumVotes(begin, end, row.rmct + x);
+        if (sum >= threshold) gather(row, x, sum, out);
+    }
+    judgeGathered(row, out);
+}
+
+void CascadedClassifier::gather(ScanRow& row, int x, int sum, std::vector<AdaObject>& out) const {
+    row.x[row.count] = x;
+    row.sum[row.count] = sum;
+    if (++row.count == BLOCK) judgeGathered(row, out);
+}
+
+// The further stages on the gathered windows, in their order.
+void CascadedClassifier::judgeGathered(ScanRow& row, std::vector<AdaObject>& out) const {
+    unsigned int next = static_cast<unsigned int>(startStage_);
+    int threshold = KZ::minValue<int>();
+    if (row.blocksOfSecond && row.count == BLOCK) {
+        const StrongClassifier& second = strongClassifiers[1];
+        const unsigned char* const windows[BLOCK] = {row.rmct + row.x[0], row.rmct + row.x[1],
+                                                     row.rmct + row.x[2], row.rmct + row.x[3]};
+        const std::vector<WeakClassifierRmct>& weak = second.rmctClassifiers();
+        sumVotes(weak.data(), weak.data() + weak.size(), windows, row.sum);
+        threshold = second.threshold;
+        next = 2;
+    }
+    for (int i = 0; i < row.count; ++i) {
+        if (row.sum[i] < threshold) continue;
+        const int x = row.x[i];
+        int score = row.sum[i];
+        if (detect(row.rmct + x, row.mono + x, row.integral + row.shift[x], next, score))
+            out.push_back(objectAt(x, row.y, score));
+    }
+    row.count = 0;
 }
 
 void CascadedClassifier::addMatchesDynamic(const KZ::Image& rmctTransform, const KZ::Image& mono,
