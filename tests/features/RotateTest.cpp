@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "KZ_InterpolatedRow.h"
 #include "KZ_Matrix.h"
 #include "KZ_RotateImage.h"
 #include "LogCapture.h"
@@ -23,14 +24,14 @@ struct Turn {
 // Position of a target pixel in 1/256 pixel, from the definition.
 struct Position {
     int x, y;
-
-    Position(const Turn& turn, int column, int row) {
-        const float c = std::cos(turn.angle) * turn.zoom, s = std::sin(turn.angle) * turn.zoom;
-        const float dx = -turn.targetCenter.x, dy = float(row) - turn.targetCenter.y;
-        x = int((turn.center.x + dy * -s + dx * c) * 256) + int(c * float(column) * 256);
-        y = int((turn.center.y + dy * c + dx * s) * 256) + int(s * float(column) * 256);
-    }
 };
+
+Position positionOf(const Turn& turn, int column, int row) {
+    const float c = std::cos(turn.angle) * turn.zoom, s = std::sin(turn.angle) * turn.zoom;
+    const float dx = -turn.targetCenter.x, dy = float(row) - turn.targetCenter.y;
+    return {int((turn.center.x + dy * -s + dx * c) * 256) + int(c * float(column) * 256),
+            int((turn.center.y + dy * c + dx * s) * 256) + int(s * float(column) * 256)};
+}
 
 // Byte `channel` of the bilinear sample with integer weights of 1/65536.
 int sample(const Image& source, int x, int y, int channel) {
@@ -73,7 +74,7 @@ void expectTurned(const Image& source, const Turn& turn, bool extend) {
     EXPECT_TRUE(guarded.gapsAreUntouched());
     SCOPED_TRACE(testing::Message() << "angle " << turn.angle << " zoom " << turn.zoom);
     expectValues(target, [&](int x, int y, int c) {
-        const Position p(turn, x, y);
+        const Position p = positionOf(turn, x, y);
         return turn.zoom > 3 ? expectedMean(source, p, c, turn.zoom, extend)
                              : expectedInterpolated(source, p, c, extend);
     });
@@ -94,6 +95,44 @@ TEST(RotateAndZoomImage, AgreesWithTheDefinition) {
                 expectTurned(source.image, turn, i % 2 == 0);
             }
 }
+
+class InterpolatedRows : public testing::TestWithParam<KZ::InterpolatedRowVariant> {};
+
+// Rows of all lengths and directions that run in, out and past a corner of a view whose neighbours
+// cannot be read; the last view is wider than 16 bits.
+TEST_P(InterpolatedRows, AgreeWithTheDefinition) {
+    std::mt19937 random(32);
+    for (const Size size : {Size(2, 2), Size(40, 31), Size(3, 300), Size(33000, 3)}) {
+        GuardedImage source(size.width, size.height, KZ::COLOR_MODE_MONO, 3);
+        source.randomize(random);
+        const int limitX = (size.width - 1) * 256 - 1, limitY = (size.height - 1) * 256 - 1;
+        for (int width = 0; width <= 70; ++width) {
+            const int stepX = int(random() % 1201) - 600, stepY = int(random() % 1201) - 600;
+            std::vector<int> x, y;
+            for (int i = 0; i < width; ++i) {
+                x.push_back(i * stepX + stepX / 3 * (i & 1));
+                y.push_back(i * stepY);
+            }
+            // Through a random place of the picture, reached at a random place of the row.
+            const int i = width / 2, baseX = int(random() % unsigned(limitX + 1)) - i * stepX;
+            const int baseY = int(random() % unsigned(limitY + 1)) - i * stepY;
+            const bool extend = width % 2 == 0;
+            testing_support::GuardedBuffer<unsigned char> out(size_t(width) + 1);
+            GetParam().run({source.image.data(), source.image.stripLength(), limitX, limitY, extend,
+                            x.data(), y.data()},
+                           baseX, baseY, out.data() + 1, width);
+            for (int k = 0; k < width; ++k)
+                ASSERT_EQ(
+                    expectedInterpolated(source.image, {baseX + x[size_t(k)], baseY + y[size_t(k)]},
+                                         0, extend),
+                    out[size_t(k) + 1])
+                    << size << " width " << width << " sample " << k;
+        }
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Variants, InterpolatedRows,
+                         testing::ValuesIn(KZ::interpolatedRowVariants()),
+                         [](const auto& variant) { return variant.param.name; });
 
 TEST(RotateAndZoomImageAverage, PositionsTruncateTowardsZero) {
     unsigned char pixels[] = {7, 8, 9, 10}, result = 0;

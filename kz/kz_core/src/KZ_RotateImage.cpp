@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "KZ_Check.h"
+#include "KZ_InterpolatedRow.h"
 #include "KZ_Matrix.h"
 #include "KZ_PixelArithmetic.h"
 #include "KZ_Truncate.h"
@@ -34,19 +35,22 @@ PointF mapped(const Matrix& m, const PointF& center, float dx, float dy) {
 }
 
 // Where the target's pixels lie in the source: the position of pixel (x, y) is row(y) plus
-// columns[x].
+// (columnsX[x], columnsY[x]).
 class Mapping {
 public:
     Mapping(float angle, float zoom, const PointF& center, const PointF& targetCenter, int width)
         : matrix_(rotationMatrix2d(angle) * zoom), center_(center), targetCenter_(targetCenter) {
-        columns_.reserve(static_cast<size_t>(std::max(width, 0)));
+        columnsX_.reserve(static_cast<size_t>(std::max(width, 0)));
+        columnsY_.reserve(columnsX_.capacity());
         for (int i = 0; i < width; ++i) {
             const float x = static_cast<float>(i);
-            columns_.push_back(Position{fixedPoint(matrix_[0] * x), fixedPoint(matrix_[2] * x)});
+            columnsX_.push_back(fixedPoint(matrix_[0] * x));
+            columnsY_.push_back(fixedPoint(matrix_[2] * x));
         }
     }
 
-    const Position* columns() const { return columns_.data(); }
+    const int* columnsX() const { return columnsX_.data(); }
+    const int* columnsY() const { return columnsY_.data(); }
     Position row(int y) const {
         const PointF base =
             mapped(matrix_, center_, -targetCenter_.x, static_cast<float>(y) - targetCenter_.y);
@@ -60,17 +64,23 @@ private:
     Matrix matrix_;
     PointF center_;
     PointF targetCenter_;
-    std::vector<Position> columns_;
+    std::vector<int> columnsX_;
+    std::vector<int> columnsY_;
 };
 
-// What a path needs of its source for a row.
+// What a path needs for a row.
 struct RowSource {
     const Image& image;
+    const int* columnsX;
+    const int* columnsY;
     bool extendBorder;
     // The last position that has a neighbour to the right and below.
     int limitX;
     int limitY;
 
+    Position at(const Position& base, int x) const {
+        return Position{base.x + columnsX[x], base.y + columnsY[x]};
+    }
     bool contains(const Position& p) const {
         return p.x >= 0 && p.x <= limitX && p.y >= 0 && p.y <= limitY;
     }
@@ -79,44 +89,19 @@ struct RowSource {
     }
 };
 
-inline Position sum(const Position& a, const Position& b) {
-    return Position{a.x + b.x, a.y + b.y};
+// The hot loop of the frame's rotation.
+void interpolatedRowMono(const RowSource& source, const Position& base, unsigned char* out,
+                         int width) {
+    const InterpolatedRow row = {source.image.data(), source.image.stripLength(), source.limitX,
+                                 source.limitY,       source.extendBorder,        source.columnsX,
+                                 source.columnsY};
+    interpolatedRowVariants().back().run(row, base.x, base.y, out, width);
 }
 
-inline unsigned char interpolated(const unsigned char* pixels, int stride, const Position& p) {
-    const unsigned char* upper = pixels + static_cast<ptrdiff_t>(p.y >> 8) * stride + (p.x >> 8);
-    const unsigned char* lower = upper + stride;
-    const int fx = p.x & 255;
-    const int fy = p.y & 255;
-    const int top = (upper[0] << 8) + fx * (upper[1] - upper[0]);
-    const int bottom = (lower[0] << 8) + fx * (lower[1] - lower[0]);
-    return static_cast<unsigned char>(((top << 8) + fy * (bottom - top)) >> 16);
-}
-
-// The hot loop of the frame's rotation: positions by additions alone.
-void interpolatedRowMono(const RowSource& row, const Position* columns, const Position& rowBase,
-                         unsigned char* out, int width) {
-    // Copies, for the compiler must take `out` to point anywhere else.
-    const RowSource source = row;
-    const Position base = rowBase;
-    const unsigned char* pixels = source.image.data();
-    const int stride = source.image.stripLength();
-    if (source.extendBorder) {
-        for (int x = 0; x < width; ++x)
-            out[x] = interpolated(pixels, stride, source.clamped(sum(base, columns[x])));
-        return;
-    }
-    for (int x = 0; x < width; ++x) {
-        const Position p = sum(base, columns[x]);
-        out[x] = source.contains(p) ? interpolated(pixels, stride, p) : 0;
-    }
-}
-
-void interpolatedRow(const RowSource& source, const Position* columns, const Position& base,
-                     unsigned char* out, int width) {
+void interpolatedRow(const RowSource& source, const Position& base, unsigned char* out, int width) {
     const int depth = source.image.depth();
     for (int x = 0; x < width; ++x, out += depth) {
-        Position p = sum(base, columns[x]);
+        Position p = source.at(base, x);
         if (source.extendBorder) p = source.clamped(p);
         if (source.contains(p))
             source.image.fractionalPixel256(p.x, p.y, out);
@@ -126,12 +111,11 @@ void interpolatedRow(const RowSource& source, const Position* columns, const Pos
 }
 
 // An image of a single row or column has nothing to interpolate between.
-void nearestRow(const RowSource& source, const Position* columns, const Position& base,
-                unsigned char* out, int width) {
+void nearestRow(const RowSource& source, const Position& base, unsigned char* out, int width) {
     const Image& image = source.image;
     const size_t depth = static_cast<size_t>(image.depth());
     for (int x = 0; x < width; ++x, out += depth) {
-        const Position p = sum(base, columns[x]);
+        const Position p = source.at(base, x);
         if (source.extendBorder && image.size().area() > 0)
             std::memcpy(out,
                         image.data(std::clamp(p.x / 256, 0, image.width() - 1),
@@ -142,12 +126,12 @@ void nearestRow(const RowSource& source, const Position* columns, const Position
     }
 }
 
-void averageRow(const RowSource& source, const Position* columns, const Position& base, int block,
-                unsigned char* out, int width) {
+void averageRow(const RowSource& source, const Position& base, int block, unsigned char* out,
+                int width) {
     const Rect whole = source.image.rect();
     const int depth = source.image.depth();
     for (int x = 0; x < width; ++x, out += depth) {
-        const Position p = sum(base, columns[x]);
+        const Position p = source.at(base, x);
         const int left = p.x / 256 - block / 2;
         const int top = p.y / 256 - block / 2;
         Rect square(left, top, left + block, top + block);
@@ -164,8 +148,12 @@ PointF pixelCenter(const Size& size) {
                   static_cast<float>(size.height - 1) * 0.5f);
 }
 
-RowSource rowSource(const Image& source, bool extendBorder) {
-    return RowSource{source, extendBorder, (source.width() - 1) * 256 - 1,
+RowSource rowSource(const Image& source, const Mapping& mapping, bool extendBorder) {
+    return RowSource{source,
+                     mapping.columnsX(),
+                     mapping.columnsY(),
+                     extendBorder,
+                     (source.width() - 1) * 256 - 1,
                      (source.height() - 1) * 256 - 1};
 }
 
@@ -209,12 +197,12 @@ bool rotateAndZoomImageNn(const Image& source, Image& target, float angle, float
                           const PointF& center, const PointF& targetCenter, bool extendBorder) {
     KZ_CHECK_COLOR_MODE(source, target.colorMode());
     const Mapping mapping(angle, zoom, center, targetCenter, target.width());
-    const RowSource from = rowSource(source, extendBorder);
+    const RowSource from = rowSource(source, mapping, extendBorder);
     const bool isThin = source.width() < 2 || source.height() < 2;
     const bool isMono = source.colorMode() == COLOR_MODE_MONO;
     const auto fillRow = isThin ? nearestRow : isMono ? interpolatedRowMono : interpolatedRow;
     for (int y = 0; y < target.height(); ++y)
-        fillRow(from, mapping.columns(), mapping.row(y), target.data(0, y), target.width());
+        fillRow(from, mapping.row(y), target.data(0, y), target.width());
     return mapping.allInside(source.size(), target.size());
 }
 
@@ -223,14 +211,13 @@ bool rotateAndZoomImageAverage(const Image& source, Image& target, float angle, 
                                bool extendBorder) {
     KZ_CHECK_COLOR_MODE(source, target.colorMode());
     const Mapping mapping(angle, zoom, center, targetCenter, target.width());
-    const RowSource from = rowSource(source, extendBorder);
+    const RowSource from = rowSource(source, mapping, extendBorder);
     const int block = truncatedToInt(std::max(zoom, 1.0f));
     if (block > source.width() || block > source.height())
         zero(target);
     else
         for (int y = 0; y < target.height(); ++y)
-            averageRow(from, mapping.columns(), mapping.row(y), block, target.data(0, y),
-                       target.width());
+            averageRow(from, mapping.row(y), block, target.data(0, y), target.width());
     return mapping.allInside(source.size(), target.size());
 }
 
