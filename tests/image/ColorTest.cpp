@@ -8,6 +8,7 @@
 
 #include "KZ_ColorConversion.h"
 #include "KZ_IntegralImage.h"
+#include "KZ_MonoRow.h"
 #include "KZ_RmctTransform.h"
 #include "KZ_Sobel.h"
 #include "LogCapture.h"
@@ -147,6 +148,25 @@ TEST(ColorConversion, EveryPairOfByteModes) {
         EXPECT_FALSE(target.isCreated());
     }
 }
+
+class MonoRows : public testing::TestWithParam<MonoRowVariant> {};
+
+TEST_P(MonoRows, AgreeWithTheDefinition) {
+    for (int count = 1; count <= 67; ++count) {
+        const GuardedImage pixels(Size(count, 1), COLOR_MODE_RGB, 0, unsigned(count));
+        GuardedImage bgr(Size(count, 1), COLOR_MODE_MONO, 0, 1),
+            rgb(bgr.image.size(), COLOR_MODE_MONO, 0, 1);
+        GetParam().bgr(pixels.image.data(), bgr.image.data(), count);
+        GetParam().rgb(pixels.image.data(), rgb.image.data(), count);
+        for (int x = 0; x < count; ++x) {
+            const unsigned char* p = pixels.image.data(x, 0);
+            ASSERT_EQ(lumaOf({p[2], p[1], p[0]}, 0), *bgr.image.data(x, 0)) << count << " " << x;
+            ASSERT_EQ(lumaOf({p[0], p[1], p[2]}, 0), *rgb.image.data(x, 0)) << count << " " << x;
+        }
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Variants, MonoRows, testing::ValuesIn(monoRowVariants()),
+                         [](const auto& variant) { return variant.param.name; });
 
 TEST(ColorConversion, KnownPixels) {
     struct Row {

@@ -1,5 +1,6 @@
 #include "KZ_ColorConversion.h"
 
+#include "KZ_MonoRow.h"
 #include "KZ_PixelRows.h"
 
 namespace KZ {
@@ -31,12 +32,9 @@ void setAlpha(unsigned char* pixel) {
     if (Order::DEPTH == 4) pixel[3] = 255;
 }
 
-template <typename Order>
-void colorToMonoRow(ConstRow s, Row t, int n) {
-    for (int x = 0; x < n; ++x) {
-        const unsigned char* p = s + Order::DEPTH * x;
-        t[x] = static_cast<unsigned char>(16 + (luma(p[Order::R], p[Order::G], p[Order::B]) >> 8));
-    }
+void rgbaToMonoRow(ConstRow s, Row t, int n) {
+    for (int x = 0; x < n; ++x)
+        t[x] = static_cast<unsigned char>(16 + (luma(s[4 * x], s[4 * x + 1], s[4 * x + 2]) >> 8));
 }
 
 template <typename Order>
@@ -106,17 +104,17 @@ void convert(const Image& source, Image& target, ColorMode mode, const Rect& rec
 
 void bgrToMono(const Image& source, Image& target, const Rect& rect) {
     KZ_CHECK_COLOR_MODE(source, COLOR_MODE_BGR);
-    convert(source, target, COLOR_MODE_MONO, rect, colorToMonoRow<Bgr>);
+    convert(source, target, COLOR_MODE_MONO, rect, monoRowVariants().back().bgr);
 }
 
 void rgbToMono(const Image& source, Image& target, const Rect& rect) {
     KZ_CHECK_COLOR_MODE(source, COLOR_MODE_RGB);
-    convert(source, target, COLOR_MODE_MONO, rect, colorToMonoRow<Rgb>);
+    convert(source, target, COLOR_MODE_MONO, rect, monoRowVariants().back().rgb);
 }
 
 void rgbaToMono(const Image& source, Image& target, const Rect& rect) {
     KZ_CHECK_COLOR_MODE(source, COLOR_MODE_RGBA);
-    convert(source, target, COLOR_MODE_MONO, rect, colorToMonoRow<Rgba>);
+    convert(source, target, COLOR_MODE_MONO, rect, rgbaToMonoRow);
 }
 
 void yuvToMono(const Image& source, Image& target, const Rect& rect) {
