@@ -1,5 +1,6 @@
 #include "Exposure.h"
 
+#include <algorithm>
 #include <opencv2/imgproc.hpp>
 
 #include "Phone.h"

@@ -1,5 +1,6 @@
 #include "Sensor.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <opencv2/imgproc.hpp>
