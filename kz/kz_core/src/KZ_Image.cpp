@@ -45,7 +45,8 @@ Image& Image::operator=(const Image& source) {
 }
 
 void Image::copyFrom(const Image& source) {
-    if (!source.isCreated()) {
+    // A header that stands without pixels is what running out of memory left: nothing to copy.
+    if (!source.isCreated() || !source.data_) {
         reset();
         return;
     }
@@ -57,13 +58,11 @@ void Image::copyFrom(const Image& source) {
 }
 
 void Image::create(const Size& size, ColorMode mode) {
-    if (size_ == size && colorMode_ == mode) return;
-    const size_t bytes = allocationSize(size, KZ::depth(mode));
-    // The old pixels go first. Where memory runs out, no header stands without pixels.
-    reset();
-    const SharedArray<unsigned char> buffer(new unsigned char[bytes]);
+    // Where memory ran out, a header stands without pixels: it is not the image asked for.
+    const bool isWhole = data_ || size.area() == 0;
+    if (size_ == size && colorMode_ == mode && isWhole) return;
     createHeader(size, mode);
-    buffer_ = buffer;
+    buffer_ = SharedArray<unsigned char>(new unsigned char[allocationSize(size_, depth_)]);
     data_ = buffer_.get();
 }
 
