@@ -59,7 +59,7 @@ void Image::copyFrom(const Image& source) {
 
 void Image::create(const Size& size, ColorMode mode) {
     // Where memory ran out, a header stands without pixels: it is not the image asked for.
-    const bool isWhole = data_ || size.area() == 0;
+    const bool isWhole = data_ || !isCreated();
     if (size_ == size && colorMode_ == mode && isWhole) return;
     createHeader(size, mode);
     buffer_ = SharedArray<unsigned char>(new unsigned char[allocationSize(size_, depth_)]);
