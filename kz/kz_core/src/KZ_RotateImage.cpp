@@ -40,17 +40,14 @@ class Mapping {
 public:
     Mapping(float angle, float zoom, const PointF& center, const PointF& targetCenter, int width)
         : matrix_(rotationMatrix2d(angle) * zoom), center_(center), targetCenter_(targetCenter) {
-        columnsX_.reserve(static_cast<size_t>(std::max(width, 0)));
-        columnsY_.reserve(columnsX_.capacity());
-        for (int i = 0; i < width; ++i) {
-            const float x = static_cast<float>(i);
-            columnsX_.push_back(fixedPoint(matrix_[0] * x));
-            columnsY_.push_back(fixedPoint(matrix_[2] * x));
-        }
+        columns_.reserve(2 * static_cast<size_t>(std::max(width, 0)));
+        for (const int row : {0, 2})
+            for (int i = 0; i < width; ++i)
+                columns_.push_back(fixedPoint(matrix_[row] * static_cast<float>(i)));
     }
 
-    const int* columnsX() const { return columnsX_.data(); }
-    const int* columnsY() const { return columnsY_.data(); }
+    const int* columnsX() const { return columns_.data(); }
+    const int* columnsY() const { return columns_.data() + columns_.size() / 2; }
     Position row(int y) const {
         const PointF base =
             mapped(matrix_, center_, -targetCenter_.x, static_cast<float>(y) - targetCenter_.y);
@@ -64,8 +61,7 @@ private:
     Matrix matrix_;
     PointF center_;
     PointF targetCenter_;
-    std::vector<int> columnsX_;
-    std::vector<int> columnsY_;
+    std::vector<int> columns_;  // x of all columns, then y
 };
 
 // What a path needs for a row.
