@@ -59,7 +59,8 @@ public:
     void rotate();
     void flipVertically();
 
-    /// A cascade of a `.ring` file. `load` returns false on a bad stream.
+    /// A cascade of a `.ring` file. `load` returns false on a bad stream, and on a feature that
+    /// reads outside the window.
     void save(std::ostream& stream) const;
     bool load(std::istream& stream);
     /// Generated source: a function build_<name>() that returns the cascade, filled from tables.

@@ -59,7 +59,7 @@ bool CascadedClassifier::load(std::istream& stream) {
     setAngle(degrees);
     for (int i = 0; i < numStages; ++i) {
         StrongClassifier stage;
-        if (!stage.load(stream)) return false;
+        if (!stage.load(stream) || !stage.fits(monoSize)) return false;
         addStrongClassifier(stage);
     }
     skipDigits(stream);

@@ -70,6 +70,15 @@ void StrongClassifier::addHogClassifier(const WeakClassifierHog& weak) {
     pHogBegin_ = pHogEnd_ = nullptr;
 }
 
+bool StrongClassifier::fits(const KZ::Size& size) const {
+    const KZ::Rect window(size);
+    for (const WeakClassifierRmct& weak : rmct_)
+        if (!window.contains(KZ::Rect(weak.x, weak.y, weak.x + 1, weak.y + 1))) return false;
+    for (const WeakClassifierHaar& weak : haar_)
+        if (!window.contains(weak.allRect) || !window.contains(weak.posRect)) return false;
+    return true;
+}
+
 void StrongClassifier::reset() {
     *this = StrongClassifier();
 }

@@ -57,6 +57,10 @@ public:
     /// Makes the HOG classifiers' rectangles relative to `roi`, for good.
     void moveHogRoi(const KZ::Rect& roi) const;
 
+    /// True when the RMCT and Haar classifiers read nothing outside a window of `size`. The HOG
+    /// ones are checked when a cascade is activated.
+    bool fits(const KZ::Size& size) const;
+
     /// The stage of a window of `size` that was turned or mirrored.
     void rotate(const KZ::Size& size);
     void flip(const KZ::Size& size);
