@@ -83,7 +83,12 @@ double passing(const std::vector<int>& scores, int begin, int end, int threshold
 }
 
 // Units of planned work: about a millisecond of both threads.
-constexpr double RENDER_WORK = 0.5, FRAME_WORK = 6, WEAK_WORK = 30;
+constexpr double RENDERS_WORK = 6000, FRAME_WORK = 6, WEAK_WORK = 20;
+
+double stageWork(const TrainingPlan& plan, const StagePlan& stage) {
+    return static_cast<double>(plan.shapes.size()) * stage.boosting.weakCount * WEAK_WORK +
+           stage.maxFrames * FRAME_WORK;
+}
 
 }  // namespace
 
@@ -111,17 +116,17 @@ CascadeTrainer::CascadeTrainer(const PhotoStore& store, const TrainingPlan& plan
 }
 
 double CascadeTrainer::plannedWork(const TrainingPlan& plan) {
-    double work = 0;
-    for (const StagePlan& stage : plan.stages) {
-        work += static_cast<double>(plan.shapes.size()) * stage.boosting.weakCount * WEAK_WORK;
-        work += stage.maxFrames * FRAME_WORK;
-    }
-    return work + 12000 * static_cast<double>(plan.shapes.size()) * RENDER_WORK;
+    double work = RENDERS_WORK * static_cast<double>(plan.shapes.size());
+    for (const StagePlan& stage : plan.stages) work += stageWork(plan, stage);
+    return work;
 }
 
 RingContent CascadeTrainer::run() {
-    renderPositives();
     const int done = static_cast<int>(ring_.cascades[0].stages.size());
+    for (int stage = 0; stage < done; ++stage) {
+        progress_.skip(stageWork(plan_, plan_.stages[stage]));
+    }
+    renderPositives();
     for (int stage = done; stage < static_cast<int>(plan_.stages.size()); ++stage) {
         trainStage(stage);
     }
@@ -168,8 +173,7 @@ void CascadeTrainer::renderPositives() {
                                                                    plan_.shapes[c], random));
                 }
             });
-            progress_.advance(12000.0 * RENDER_WORK * size / count,
-                              "palms for " + plan_.shapes[c].name);
+            progress_.advance(RENDERS_WORK * size / count, "palms for " + plan_.shapes[c].name);
         }
         Positives positives;
         for (int i = 0; i < count; ++i) {
