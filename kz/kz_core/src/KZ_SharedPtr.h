@@ -25,11 +25,10 @@ template <typename T, typename Deleter>
 class SharedHolder {
 public:
     SharedHolder() : SharedHolder(nullptr, &staticCounter_) {}
-    /// Takes ownership of `p` under a new counter.
-    explicit SharedHolder(T* p) : pointer_(p), counter_(new UseCount(1)) {}
+    /// Takes ownership of `p` under a new counter; where there is no memory for that, `p` is freed.
+    explicit SharedHolder(T* p) : SharedHolder(p, true) {}
     /// Takes ownership only if told so.
-    SharedHolder(T* p, bool owned)
-        : SharedHolder(p, owned ? new UseCount(0) : &staticCounter_) {}
+    SharedHolder(T* p, bool owned) : SharedHolder(p, owned ? newCounter(p) : &staticCounter_) {}
     SharedHolder(const SharedHolder& other) : SharedHolder(other.pointer_, other.counter_) {}
     template <typename U, typename D>
     SharedHolder(const SharedHolder<U, D>& other) : SharedHolder(other.get(), other.counter()) {}
@@ -66,6 +65,15 @@ public:
 private:
     SharedHolder(T* p, UseCount* counter) : pointer_(p), counter_(counter) {
         counter_->fetch_add(1, std::memory_order_relaxed);
+    }
+
+    static UseCount* newCounter(T* p) {
+        try {
+            return new UseCount(0);
+        } catch (...) {
+            Deleter::free(p);
+            throw;
+        }
     }
 
     void release() {
