@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <functional>
 #include <sstream>
 
@@ -260,17 +259,6 @@ TEST(Archive, RefusesCountsBeyondTheStream) {
     text.archive.setVersion("Version 1");
     std::vector<float> values;
     EXPECT_EQ("stream_", conditionOf([&] { text.archive.load(&values); }));
-}
-
-TEST(Archive, LoadsFiles) {
-    const std::string path = testing::TempDir() + "rhd_archive_test.bin";
-    std::ofstream(path, std::ios::binary) << std::string("hi\0\7\0\0\0", 7);
-    Note note;
-    ArchiveI::load(path, note);
-    std::remove(path.c_str());
-    EXPECT_EQ("hi", note.text);
-    EXPECT_EQ(7, note.number);
-    EXPECT_EQ("cannot open " + path + "\n", assertionOf([&] { ArchiveI::load(path, note); }));
 }
 
 TEST(Archive, ImagesGoWithoutTheirPadding) {

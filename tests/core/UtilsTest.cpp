@@ -222,9 +222,7 @@ TEST(Time, TextForms) {
     EXPECT_EQ("dddd_dd_dd", shape(fullDate()));
     EXPECT_EQ("dd:dd:dd.dddddd", shape(expandedTime()));
     EXPECT_EQ("", getFormattedTime(std::string(100, 'x').c_str()));
-    Timer timer;
-    EXPECT_LT(timer.getDiffNano(), 60ull * 1000000000);
-    const std::string elapsed = shape(toStr(timer));
-    EXPECT_EQ("dms", elapsed.substr(elapsed.size() - 3));
+    EXPECT_LT(Timer().getDiffNano(), 60ull * 1000000000);
+    EXPECT_NE(std::string::npos, shape(toStr(Timer())).find("dms"));
     EXPECT_NEAR(double(getTimeNano()) / 1e6, double(getTime()), 1e4);
 }

@@ -43,7 +43,7 @@ TEST(CopyImage, ClipsToBothImages) {
             source.randomize(random);
             KZ::zero(target.image);
             KZ::copyImage(source.image, target.image, row.rect, row.to);
-            EXPECT_TRUE(target.gapsAreUntouched());
+            EXPECT_TRUE(target.paddingKept());
             const Rect rect = row.rect == Rect() ? source.image.rect() : row.rect;
             expectValues(target.image, [&](int x, int y, int c) {
                 const int64_t sx = int64_t(x) - row.to.x + rect.left;
@@ -64,7 +64,7 @@ TEST(CopyImageBorder, SmearsTheEdge) {
             GuardedImage source(8, 6, mode, 1), target(8, 6, mode, 2);
             source.randomize(random);
             KZ::copyImageBorder(source.image, target.image, rect);
-            EXPECT_TRUE(target.gapsAreUntouched());
+            EXPECT_TRUE(target.paddingKept());
             const Rect inner = rect.intersection(source.image.rect());
             expectValues(target.image, [&](int x, int y, int c) {
                 return byteAt(source.image, std::clamp(x, inner.left, inner.right - 1),

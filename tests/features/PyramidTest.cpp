@@ -200,27 +200,6 @@ TEST(RmctPyramid, RectangleAgreesWithTheWhole) {
     EXPECT_FALSE(whole == part);
 }
 
-// The second frame finds the memory of the first one.
-TEST(RmctPyramid, FramesReuseMemory) {
-    std::mt19937 random(73);
-    GuardedImage picture(160, 120, KZ::COLOR_MODE_MONO);
-    RmctPyramid pyramid;
-    pyramid.init(20, 1, 1.2f);
-    std::vector<const unsigned char*> memory[2];
-    for (auto& places : memory) {
-        pyramid.setMono(picture.randomize(random).image);
-        pyramid.compute();
-        for (int layer = 0; layer < 20; ++layer) {
-            places.push_back(pyramid.getMono(layer).data());
-            places.push_back(pyramid.getRmct(layer).data());
-        }
-        EXPECT_EQ(picture.image, pyramid.getMono(0));
-    }
-    EXPECT_EQ(memory[0], memory[1]);
-    pyramid.freeMemory();
-    EXPECT_FALSE(pyramid.getRmct(3).isCreated());
-}
-
 TEST(RmctPyramid, InitRelativeAndRefusals) {
     RmctPyramid pyramid;
     pyramid.initRelative(7, 4, 1.25f, 1);

@@ -12,21 +12,6 @@ using testing_support::conditionOf;
 
 namespace {
 
-TEST(ZoomSkipImage, SamplesTheTopLeft) {
-    GuardedImage source(10, 4, KZ::COLOR_MODE_MONO);
-    for (int y = 0; y < 4; ++y)
-        for (int x = 0; x < 10; ++x)
-            *source.image.data(x, y) = static_cast<unsigned char>(10 * y + x);
-    Image target;
-    KZ::zoomSkipImage(source.image, target, 1.5f);
-    ASSERT_EQ(Size(6, 2), target.size());
-    const int columns[] = {0, 1, 3, 4, 6, 7};
-    for (int x = 0; x < 6; ++x) {
-        EXPECT_EQ(columns[x], byteAt(target, x, 0));
-        EXPECT_EQ(10 + columns[x], byteAt(target, x, 1));
-    }
-}
-
 // All of the target is computed, whatever the rectangle, and with the source's last pixel.
 TEST(ZoomSkipImage, AnyModeSizeAndZoom) {
     std::mt19937 random(11);

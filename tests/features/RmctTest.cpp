@@ -93,7 +93,7 @@ TEST(ComputeRmct, BorderInsideTheRectangle) {
         GuardedImage mono(21, 13, KZ::COLOR_MODE_MONO, 2), rmct(21, 13, KZ::COLOR_MODE_RMCT, 5);
         mono.randomize(random);
         KZ::computeRmct(mono.image, rmct.image, given);
-        EXPECT_TRUE(rmct.gapsAreUntouched());
+        EXPECT_TRUE(rmct.paddingKept());
         const Rect rect = given.intersection(mono.image.rect());
         const bool isLarge = rect.width() >= 3 && rect.height() >= 3;
         expectValues(rmct.image, [&](int x, int y, int) {

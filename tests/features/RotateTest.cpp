@@ -71,7 +71,7 @@ void expectTurned(const Image& source, const Turn& turn, bool extend) {
     Image& target = guarded.image;
     KZ::rotateAndZoomImage(source, target, turn.angle, turn.zoom, turn.center, turn.targetCenter,
                            extend);
-    EXPECT_TRUE(guarded.gapsAreUntouched());
+    EXPECT_TRUE(guarded.paddingKept());
     SCOPED_TRACE(testing::Message() << "angle " << turn.angle << " zoom " << turn.zoom);
     expectValues(target, [&](int x, int y, int c) {
         const Position p = positionOf(turn, x, y);

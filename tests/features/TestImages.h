@@ -5,44 +5,7 @@
 #include <cstring>
 #include <random>
 
-#include "GuardedBuffer.h"
-#include "KZ_Image.h"
-
-/// An image with `gap` bytes between rows whose last pixel ends at an unreadable page. The gaps
-/// hold GAP_BYTE.
-class GuardedImage {
-public:
-    static const unsigned char GAP_BYTE = 0xA5;
-
-    GuardedImage(int width, int height, KZ::ColorMode mode, int gap = 0)
-        : rowBytes_(width * int(KZ::depth(mode))),
-          stride_(rowBytes_ + gap),
-          buffer_(size_t(stride_) * size_t(height) - size_t(gap)) {
-        std::memset(buffer_.data(), GAP_BYTE, buffer_.size());
-        image.createRef(buffer_.data(), KZ::Size(width, height), mode, unsigned(stride_));
-    }
-    /// Random bytes in all pixels, up to `highest`.
-    GuardedImage& randomize(std::mt19937& random, unsigned int highest = 255) {
-        for (int y = 0; y < image.height(); ++y)
-            for (int i = 0; i < rowBytes_; ++i)
-                image.data(0, y)[i] = static_cast<unsigned char>(random() % (highest + 1));
-        return *this;
-    }
-    bool gapsAreUntouched() const {
-        for (int y = 0; y + 1 < image.height(); ++y)
-            for (int i = rowBytes_; i < stride_; ++i)
-                if (image.data(0, y)[i] != GAP_BYTE) return false;
-        return true;
-    }
-
-private:
-    int rowBytes_;
-    int stride_;
-    testing_support::GuardedBuffer<unsigned char> buffer_;
-
-public:
-    KZ::Image image;
-};
+#include "GuardedImage.h"
 
 /// Byte `c` of pixel (x, y).
 inline int byteAt(const KZ::Image& image, int x, int y, int c = 0) {

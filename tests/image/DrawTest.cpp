@@ -6,11 +6,9 @@
 #include <cmath>
 
 #include "KZ_Sobel.h"
-#include "LogCapture.h"
 #include "TestImages.h"
 
 using namespace KZ;
-using testing_support::assertionOf;
 
 namespace {
 
@@ -91,12 +89,6 @@ TEST(Draw, LinesPassThroughBothEndsWithoutGaps) {
             }
         EXPECT_EQ(1 + std::max(std::abs(b.x - a.x), std::abs(b.y - a.y)), drawn);
     }
-}
-
-TEST(Draw, RefusesModesWithoutColours) {
-    Image image(Size(3, 3), COLOR_MODE_FLOAT);
-    EXPECT_EQ("wrong color mode: COLOR_MODE_FLOAT\n",
-              assertionOf([&] { drawLine(image, Point(), Point(1, 1), Color::RED, 1); }));
 }
 
 TEST(Sobel, DifferencesOfRandomImages) {
