@@ -1,0 +1,93 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "ClassifierRing.h"
+#include "DetectorData.h"
+#include "DetectorResult.h"
+#include "FuzzTarget.h"
+#include "PatternDetector.h"
+
+// Files of classifier rings: what is accepted survives being saved and loaded again, and scans a
+// small picture.
+
+namespace {
+
+// Grouping takes the square of the hits, and a ring from anywhere may hit at every window.
+const int MOST_CASCADES = 2;
+
+/// A file name of this process that ends in ".ring"; the file goes with the object.
+class RingPath {
+public:
+    RingPath()
+        : path_((std::filesystem::temp_directory_path() /
+                 ("fuzz_" + std::to_string(getpid()) + ".ring"))
+                    .string()) {}
+    ~RingPath() { std::remove(path_.c_str()); }
+    const std::string& name() const { return path_; }
+
+    void write(const uint8_t* data, size_t size) const {
+        std::ofstream file(path_, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+        file.close();
+        fuzz::require(!file.fail(), "cannot write the temporary file");
+    }
+
+    std::string bytes() const {
+        std::ifstream file(path_, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+
+private:
+    std::string path_;
+};
+
+KZ::Image noisePicture() {
+    KZ::Image picture(KZ::Size(20, 17), KZ::COLOR_MODE_MONO);
+    uint32_t state = 1;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            state = state * 1664525 + 1013904223;
+            *picture.data(x, y) = static_cast<unsigned char>(state >> 24);
+        }
+    return picture;
+}
+
+void checkRoundTrip(ClassifierRing& ring, const RingPath& path) {
+    ring.log.clear();  // found again only behind a line that `save` does not write
+    ring.save(path.name());
+    const std::string once = path.bytes();
+    const ClassifierRing again(path.name());
+    again.save(path.name());
+    fuzz::require(path.bytes() == once, "a ring changes when it is saved and loaded");
+}
+
+void scan(ClassifierRing& ring) {
+    if (ring.getNumClassifiers() > MOST_CASCADES) return;
+    static const KZ::Image picture = noisePicture();
+    DetectorData data;
+    data.setPyramidParameters(1, 3);
+    const KZ::DetectRegion region(picture.rect(), KZ::RangeF(), KZ::AngleRange(), KZ::Side::BOTH);
+    DetectorResult result;
+    const auto detector = ring.getDetector(KZ::AngleRange(), KZ::Side::BOTH, 1);
+    detector->getDataRoi(data, region);
+    data.compute(picture, picture.rect());
+    detector->detect(data, region, result);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const RingPath path;
+    path.write(data, size);
+    fuzz::accepted([] {
+        ClassifierRing ring(path.name());
+        checkRoundTrip(ring, path);
+        scan(ring);
+    });
+    return 0;
+}

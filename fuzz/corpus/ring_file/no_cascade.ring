@@ -1,0 +1,6 @@
+palm
+0
+config
+key=value
+log
+nothing
