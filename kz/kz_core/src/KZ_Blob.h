@@ -35,7 +35,13 @@ public:
     int channels() const { return channels_; }
     int height() const { return height_; }
     int width() const { return width_; }
-    int size() const { return num_ * channels_ * height_ * width_; }
+    int size() const {
+        // Unsigned: an empty blob may have sides of any length.
+        return static_cast<int>(static_cast<unsigned int>(num_) *
+                                static_cast<unsigned int>(channels_) *
+                                static_cast<unsigned int>(height_) *
+                                static_cast<unsigned int>(width_));
+    }
     int area() const { return height_ * width_; }
     int volume() const { return channels_ * height_ * width_; }
     int offset(int n, int c, int h, int w) const {
