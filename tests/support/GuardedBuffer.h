@@ -17,8 +17,8 @@ public:
         const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
         const size_t bytes = count * sizeof(T);
         mapped_ = (bytes + page - 1) / page * page + page;
-        void* memory = mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS,
-                            -1, 0);
+        void* memory =
+            mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (memory == MAP_FAILED) throw std::bad_alloc();
         base_ = static_cast<unsigned char*>(memory);
         unsigned char* guard = base_ + mapped_ - page;

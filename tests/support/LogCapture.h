@@ -62,9 +62,13 @@ Assertion failureOf(Call call) {
 }
 
 template <typename Call>
-std::string assertionOf(Call call) { return failureOf(call).detail; }
+std::string assertionOf(Call call) {
+    return failureOf(call).detail;
+}
 
 template <typename Call>
-std::string conditionOf(Call call) { return failureOf(call).condition; }
+std::string conditionOf(Call call) {
+    return failureOf(call).condition;
+}
 
 }  // namespace testing_support

@@ -22,7 +22,9 @@ using RangeF = BaseRange<float>;
 inline bool operator==(const RangeF& a, const RangeF& b) {
     return equal(a.min, b.min) && equal(a.max, b.max);
 }
-inline bool operator!=(const RangeF& a, const RangeF& b) { return !(a == b); }
+inline bool operator!=(const RangeF& a, const RangeF& b) {
+    return !(a == b);
+}
 
 template <typename T>
 std::ostream& operator<<(std::ostream& stream, const BaseRange<T>& r) {

@@ -28,8 +28,7 @@ struct BaseRect {
     constexpr BaseSize<T> size() const { return BaseSize<T>(width(), height()); }
 
     constexpr bool contains(const BaseRect& rect) const {
-        return left <= rect.left && right >= rect.right && top <= rect.top &&
-               bottom >= rect.bottom;
+        return left <= rect.left && right >= rect.right && top <= rect.top && bottom >= rect.bottom;
     }
 
     /// Grows the rectangle by `dx` on the left and right and by `dy` above and below.

@@ -37,10 +37,9 @@ public:
     int width() const { return width_; }
     int size() const {
         // Unsigned: an empty blob may have sides of any length.
-        return static_cast<int>(static_cast<unsigned int>(num_) *
-                                static_cast<unsigned int>(channels_) *
-                                static_cast<unsigned int>(height_) *
-                                static_cast<unsigned int>(width_));
+        return static_cast<int>(
+            static_cast<unsigned int>(num_) * static_cast<unsigned int>(channels_) *
+            static_cast<unsigned int>(height_) * static_cast<unsigned int>(width_));
     }
     int area() const { return height_ * width_; }
     int volume() const { return channels_ * height_ * width_; }

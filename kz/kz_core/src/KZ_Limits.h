@@ -7,9 +7,13 @@ namespace KZ {
 
 /// Lowest and highest finite value of a numeric type.
 template <typename T>
-constexpr T minValue() { return std::numeric_limits<T>::lowest(); }
+constexpr T minValue() {
+    return std::numeric_limits<T>::lowest();
+}
 template <typename T>
-constexpr T maxValue() { return std::numeric_limits<T>::max(); }
+constexpr T maxValue() {
+    return std::numeric_limits<T>::max();
+}
 
 /// True when the difference is at most 1e-6 times the larger magnitude, in double precision. A NaN
 /// equals nothing.
@@ -19,12 +23,31 @@ inline bool equal(float a, float b) {
 }
 
 /// Character that tags a numeric type in text forms.
-template <typename T> char typeChar();
-template <> inline char typeChar<signed char>() { return 'C'; }
-template <> inline char typeChar<short>() { return 'S'; }
-template <> inline char typeChar<int>() { return 'I'; }
-template <> inline char typeChar<unsigned int>() { return 'U'; }
-template <> inline char typeChar<float>() { return 'F'; }
-template <> inline char typeChar<double>() { return 'D'; }
+template <typename T>
+char typeChar();
+template <>
+inline char typeChar<signed char>() {
+    return 'C';
+}
+template <>
+inline char typeChar<short>() {
+    return 'S';
+}
+template <>
+inline char typeChar<int>() {
+    return 'I';
+}
+template <>
+inline char typeChar<unsigned int>() {
+    return 'U';
+}
+template <>
+inline char typeChar<float>() {
+    return 'F';
+}
+template <>
+inline char typeChar<double>() {
+    return 'D';
+}
 
 }  // namespace KZ

@@ -41,13 +41,13 @@ std::string joined(const Values&... values) {
 
 }  // namespace KZ
 
-#define KZ_LOG_LINE(limit, label, message)                                             \
-    do {                                                                               \
-        if (KZ::getLogLevel() <= (limit)) {                                            \
-            std::ostringstream kzLogStream;                                            \
-            kzLogStream << message;                                                    \
+#define KZ_LOG_LINE(limit, label, message)                                                \
+    do {                                                                                  \
+        if (KZ::getLogLevel() <= (limit)) {                                               \
+            std::ostringstream kzLogStream;                                               \
+            kzLogStream << message;                                                       \
             KZ::writeLeveledLine(label, __FILE__, __LINE__, __func__, kzLogStream.str()); \
-        }                                                                              \
+        }                                                                                 \
     } while (0)
 
 /// Leveled lines; `message` is a stream expression such as `"x = " << x`. It is not evaluated
@@ -57,17 +57,17 @@ std::string joined(const Values&... values) {
 #define KZ_LOG_WARNING(message) KZ_LOG_LINE(2, "WARNING ", message)
 
 /// A message without a header, written at every level.
-#define KZ_LOG_PLAIN(message)                          \
-    do {                                               \
-        std::ostringstream kzLogStream;                \
-        kzLogStream << message;                        \
-        KZ::writePlainMessage(kzLogStream.str());      \
+#define KZ_LOG_PLAIN(message)                     \
+    do {                                          \
+        std::ostringstream kzLogStream;           \
+        kzLogStream << message;                   \
+        KZ::writePlainMessage(kzLogStream.str()); \
     } while (0)
 
 /// A message at error priority, written at every level as one record.
-#define KZ_LOG_ERROR(message)                          \
-    do {                                               \
-        std::ostringstream kzLogStream;                \
-        kzLogStream << message;                        \
-        KZ::writeErrorMessage(kzLogStream.str());      \
+#define KZ_LOG_ERROR(message)                     \
+    do {                                          \
+        std::ostringstream kzLogStream;           \
+        kzLogStream << message;                   \
+        KZ::writeErrorMessage(kzLogStream.str()); \
     } while (0)

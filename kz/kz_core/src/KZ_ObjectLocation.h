@@ -45,8 +45,7 @@ struct ObjectLocation {
     /// A location given in units of this one's width. It turns by `+angle` and does not mirror.
     ObjectLocation getRelativeLocationState(const ObjectLocation& relative) const;
     /// Cuts the object out of `image`, upright and unmirrored, at `patchSize`.
-    void getPatch(const Image& image, const Size& patchSize, Image& patch,
-                  bool extendBorder) const;
+    void getPatch(const Image& image, const Size& patchSize, Image& patch, bool extendBorder) const;
     /// Outlines the turned rectangle.
     void draw(Image& image, const Color& color, int thickness) const;
 };

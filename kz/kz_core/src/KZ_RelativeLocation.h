@@ -9,8 +9,8 @@ namespace KZ {
 /// Where a second location lies relative to a first, in units of the first's width. The default is
 /// the identity.
 struct RelativeLocation {
-    float zoom = 1;  ///< second width over first width
-    PointF shift;    ///< offset of the second centre along the unrotated axes
+    float zoom = 1;          ///< second width over first width
+    PointF shift;            ///< offset of the second centre along the unrotated axes
     float angle = 0;         ///< degrees, second minus first
     float targetAspect = 0;  ///< height over width of the second; at most 1e-5: height scales along
     float sourceAspect = 0;  ///< the same of the first
