@@ -150,6 +150,11 @@ TEST(Blob, BinaryForm) {
     KZ::ArchiveI in(stream);
     in& back;
     EXPECT_TRUE(blobOf(1, 2, 1, 2, {1, 0, 0, 1.1e-10f}) == back);
+    // No elements, but sides that overflow where they are multiplied.
+    std::stringstream empty;
+    KZ::ArchiveO(empty).write("\0\0\0\0\0\0\1\0\0\0\1\0\1\0\0\0", 16);
+    KZ::ArchiveI archive(empty);
+    EXPECT_NE("no failure", conditionOf([&] { archive& back; }));
 }
 
 TEST(Blob, SourceForm) {

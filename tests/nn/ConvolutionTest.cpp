@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 #include "GuardedBuffer.h"
@@ -95,14 +94,17 @@ TEST(Convolution, MatchesThePlainLoops) {
         for (float& value : weights) value = randomFloat(random);
         const Blob bias = randomValues(random, s.out, 1, 1, 1);
         ConvolutionLayer layer(filter, bias, "conv", s.stride, s.pad);
-        layer.addBottomLayer(source(bottom));
         for (const bool relu : {false, true}) {
-            for (float& value : cells) value = randomFloat(random);
             layer.setDoRelu(relu);
-            layer.forward();
-            ASSERT_EQ(KZ::joined(s.num, " x ", s.out, " x ", s.outHeight, " x ", s.outWidth),
-                      layer.getBlob().shape());
-            expectConvolution(s, bottom, filter, bias, layer.getBlob(), relu);
+            const KZ::SharedPtr<BaseLayer> copy = layer.clone();
+            copy->addBottomLayer(source(bottom));
+            for (int turn = 0; turn < 2; ++turn) {
+                for (float& value : cells) value = randomFloat(random);
+                copy->forward();
+                ASSERT_EQ(KZ::joined(s.num, " x ", s.out, " x ", s.outHeight, " x ", s.outWidth),
+                          copy->getBlob().shape());
+                expectConvolution(s, bottom, filter, bias, copy->getBlob(), relu);
+            }
         }
     }
 }
@@ -151,29 +153,19 @@ TEST(Convolution, RefusesWhatDoesNotFit) {
         };
     };
     const Blob right(1, 2, 4, 4);
-    struct Row {
-        std::function<void()> call;
-        const char *condition, *detail;
+    const auto expect = [](const char* condition, const char* detail, const auto& call) {
+        const Assertion failure = failureOf(call);
+        EXPECT_EQ(condition, failure.condition);
+        EXPECT_EQ(detail, failure.detail);
     };
-    const Row rows[] = {
-        {[&] { conv(4, 3, 1)({}); }, "(filter_.num()) == (bias_.size())", "4 != 3\n"},
-        {[&] { conv(4, 4, 0)({}); }, "stride_ >= 1", "Stride is not correct, stride = 0\n"},
-        {[&] { conv(4, 4, 1)({}); }, "(bottomLayers_.size()) == (1)", "0 != 1\n"},
-        {[&] {
-             conv(4, 4, 1)({right, right});
-         },
-         "(bottomLayers_.size()) == (1)", "2 != 1\n"},
-        {[&] { conv(4, 4, 1)({Blob()}); }, "(inputBottom.num()) >= (1)", "0 < 1\n"},
-        {[&] { conv(4, 4, 1)({Blob(1, 3, 4, 4)}); },
-         "(inputBottom.channels()) == (filter_.channels())", "3 != 2\n"},
-        {[&] { conv(4, 4, 2)({Blob(1, 2, 2, 3)}); }, "(inputSize.height) >= (filterSize.height)",
-         "2 < 3\n"},
-    };
-    for (const Row& row : rows) {
-        const Assertion failure = failureOf(row.call);
-        EXPECT_EQ(row.condition, failure.condition);
-        EXPECT_EQ(row.detail, failure.detail);
-    }
+    expect("(filter_.num()) == (bias_.size())", "4 != 3\n", [&] { conv(4, 3, 1)({}); });
+    expect("stride_ >= 1", "Stride is not correct, stride = 0\n", [&] { conv(4, 4, 0)({}); });
+    expect("(bottomLayers_.size()) == (1)", "2 != 1\n", [&] { conv(4, 4, 1)({right, right}); });
+    expect("(inputBottom.num()) >= (1)", "0 < 1\n", [&] { conv(4, 4, 1)({Blob()}); });
+    expect("(inputBottom.channels()) == (filter_.channels())", "3 != 2\n",
+           [&] { conv(4, 4, 1)({Blob(1, 3, 4, 4)}); });
+    expect("(inputSize.height) >= (filterSize.height)", "2 < 3\n",
+           [&] { conv(4, 4, 2)({Blob(1, 2, 2, 3)}); });
 }
 
 // Each input stamps the filter: worked by hand for stride 2 and an overlap of one column.

@@ -80,15 +80,15 @@ TEST(HeatMapPosition, MapsOfTheirOwnSizes) {
 TEST(HeatMapPosition, PairsInARegion) {
     HeatMapPosition layer("heat");
     layer.setPatchSize(KZ::Size(9, 9));
-    KZ::Rect region(-2, 0, 2, 0);
+    KZ::Rect region(-2, -1, 2, -1);
     layer.setRegion(region);
     const Blob maps = mapsOf(
-        2, 9, 9, {{0, 2, 3, 0.5f}, {0, 7, 8, 0.6f}, {1, 4, 3, 0.5f}, {1, 5, 3, 1}, {1, 0, 0, 1}});
+        2, 9, 9, {{0, 2, 3, 0.5f}, {0, 7, 8, 0.6f}, {1, 4, 2, 0.5f}, {1, 5, 2, 1}, {1, 3, 3, 1}});
     const Floats found = run(layer, {maps});
     EXPECT_FLOAT_EQ(2, found[0]);
     EXPECT_FLOAT_EQ(3, found[1]);
-    EXPECT_FLOAT_EQ((4 * 128 + 5 * 255) / 383.0f, found[3]);
-    EXPECT_FLOAT_EQ(3, found[4]);
+    EXPECT_FLOAT_EQ((4 * 128 + 5 * 255 + 3 * 255) / 638.0f, found[3]);
+    EXPECT_FLOAT_EQ((2 * 128 + 2 * 255 + 3 * 255) / 638.0f, found[4]);
     // No first point: neither has a result.
     layer.bottomLayers()[0]->setBlob(mapsOf(2, 9, 9, {{1, 8, 8, 1}}));
     layer.forward();

@@ -123,8 +123,8 @@ TEST(Layers, Shapes) {
     expectTop("concat channels", make<ConcatLayer>("l"), {counted(1, 1, 1, 2), counted(1, 2, 1, 2)},
               APART, "1 x 3 x 1 x 2", {0, 1, 0, 1, 2, 3});
     expectTop("concat items", make<ConcatLayer>("l", false),
-              {counted(2, 1, 1, 2), counted(1, 1, 1, 2)}, APART, "3 x 1 x 1 x 2",
-              {0, 1, 2, 3, 0, 1});
+              {counted(1, 1, 1, 2), counted(2, 1, 1, 2)}, APART, "3 x 1 x 1 x 2",
+              {0, 1, 0, 1, 2, 3});
     expectTop("flatten", make<FlattenLayer>("l"), {counted(2, 2, 1, 2)}, IN_PLACE, "2 x 4 x 1 x 1",
               counted(1, 8, 1, 1));
     expectTop("interleaved", make<FlattenLayer>("l", true), {counted(2, 2, 1, 2)}, APART,
@@ -146,8 +146,8 @@ TEST(Layers, Arithmetic) {
     const auto eltwise = [](Operation::Value operation, const Floats& coeffs) {
         return make<EltwiseLayer>("l", operation, coeffs);
     };
-    expectTop("weighted sum", eltwise(Operation::SUM, {2, 1}), {row({1}), row({3})}, IN_PLACE,
-              "1 x 1 x 1 x 1", {5});
+    expectTop("weighted sum", eltwise(Operation::SUM, {2, 1, 3}), {row({1}), row({3}), row({4})},
+              IN_PLACE, "1 x 1 x 1 x 1", {17});
     expectTop("sum of three", eltwise(Operation::SUM, {}), {row({0, 1}), row({0, 1}), row({0, 1})},
               IN_PLACE, "1 x 1 x 1 x 2", {0, 3});
     expectTop("product", eltwise(Operation::PRODUCT, {}), {row({0, 1, 2}), row({3, 4, 5})},
@@ -181,14 +181,11 @@ TEST(Layers, Refusals) {
     expectRefusal("weights_.height() == bias_.width()",
                   "weights 1 x 1 x 2 x 3, bias 1 x 1 x 1 x 3\n", [&] { return dense(3); });
     const auto concat = [] { return make<ConcatLayer>("l"); };
-    const auto stack = [] { return make<ConcatLayer>("l", false); };
     expectRefusal("(bottomLayers_.size()) > (1)", "1 <= 1\n", concat, {one});
     expectRefusal("(bottom0.height()) == (bottomLayers_[i]->getBlob().height())", "1 != 2\n",
                   concat, {one, counted(1, 1, 2, 1)});
     expectRefusal("(bottom0.num()) == (1)", "2 != 1\n", concat,
                   {counted(2, 1, 1, 1), counted(2, 1, 1, 1)});
-    expectRefusal("(bottom0.channels()) == (bottomLayers_[i]->getBlob().channels())", "1 != 3\n",
-                  stack, {one, counted(1, 3, 1, 1)});
     expectRefusal("(bottom.channels() * bottom.height() * bottom.width() % size_.area()) == (0)",
                   "4 != 0\n", [] { return make<ReshapeLayer>("l", KZ::Size(5, 1)); },
                   {counted(1, 6, 2, 2)});
@@ -196,8 +193,6 @@ TEST(Layers, Refusals) {
     expectRefusal("(bottomSize % numSegments_) == (0)", "1 != 0\n", [&] { return segment(1, 1); },
                   {counted(1, 10, 1, 1)});
     expectRefusal("(segmentNumber) < (numSegments)", "3 >= 3\n", [&] { return segment(3, 1); });
-    expectRefusal("(axis) < (4)", "4 >= 4\n", [&] { return segment(0, 4); });
-    expectRefusal("(slicePoint_) >= (0)", "-1 < 0\n", [] { return slicePoint(1, -1, 2); });
     expectRefusal("(sliceSize_) != (0)", "0 == 0\n", [] { return slicePoint(1, 1, 0); });
     expectRefusal("0", "Unknown axis 7\n", [] { return make<SliceLayer>("l", 7); }, {one});
     const auto sum = [] { return make<EltwiseLayer>("l", Operation::SUM, Floats{1, 2, 3}); };
@@ -208,11 +203,6 @@ TEST(Layers, Refusals) {
     expectRefusal("(bottom.channels()) == (subtrahend_.channels())", "1 != 2\n",
                   [] { return make<SubtractLayer>("l", Blob(1, 2, 1, 1)); }, {one});
     expectRefusal("(a_.size()) == (b_.size())", "2 != 1\n", [] { return linear({1, 2}, {1}); });
-    expectRefusal("((int)a_.size()) == (size)", "2 != 1\n",
-                  [] {
-                      return linear({1, 2}, {1, 2});
-                  },
-                  {row({1, 2, 3})});
     expectRefusal("(bottom0.num()) == (bottom1.num())", "1 != 2\n",
                   [] { return make<ContrastiveLayer>("l"); }, {one, counted(2, 1, 1, 1)});
     expectRefusal("(top_.num()) >= (1)", "0 < 1\n", [] { return make<DataLayer>("l"); });
@@ -263,12 +253,9 @@ TEST(Layers, SliceKeepsItsArray) {
 
 TEST(Layers, BottomsByIndexAndName) {
     const LayerPtr layer = make<ConcatLayer>("concat");
-    layer->addBottomLayer(make<DataLayer>("b"));
-    layer->addBottomLayer(make<DataLayer>("a"));
+    for (const char* name : {"b", "a"}) layer->addBottomLayer(make<DataLayer>(name));
     EXPECT_EQ((std::vector<std::string>{"b", "a"}), layer->getBottomLayersName());
     EXPECT_EQ("a", layer->getBottomLayer(1)->name());
-    const Assertion failure = failureOf([&] { layer->getBottomLayer(2); });
-    EXPECT_EQ("(i) < ((int)bottomLayers_.size())", failure.condition);
-    EXPECT_EQ("2 >= 2\n", failure.detail);
+    EXPECT_EQ("(i) < ((int)bottomLayers_.size())", conditionOf([&] { layer->getBottomLayer(2); }));
     EXPECT_EQ(0, layer->clone()->getNumBottomLayers());
 }

@@ -64,11 +64,13 @@ TEST(Network, OutputsAndTheEarlyEnd) {
     EXPECT_FALSE(network.isLoaded());
     EXPECT_EQ("0 <= 0\n", assertionOf([&] { runOn(network, 1); }));
     // An activation at the end takes the flag off its bottom and has none.
-    NnDetector activated = chain();
-    activated.addLayer(KZ::SharedPtr<BaseLayer>(new ReluLayer("relu")));
-    activated.getNetwork()[4]->addBottomLayer(activated.getNetwork()[3]);
-    activated.setSize(KZ::Size(1, 1));
-    EXPECT_TRUE(activated.getOutputNames().empty());
+    for (const char* type : {"ReluLayer", "PReluLayer"}) {
+        NnDetector activated = chain();
+        activated.addLayer(BaseLayer::getBaseLayer(type, "activation"));
+        activated.getNetwork()[4]->addBottomLayer(activated.getNetwork()[3]);
+        activated.setSize(KZ::Size(1, 1));
+        EXPECT_TRUE(activated.getOutputNames().empty());
+    }
 }
 
 TEST(Network, ConvertsImages) {
@@ -178,6 +180,10 @@ TEST(Network, ClonesRunOnTheirThreads) {
         }
         for (std::thread& thread : threads) thread.join();
         EXPECT_EQ(expected, found);
+        const NnDetector late = runners[2].clone();
+        late.detect(images[2]);
+        EXPECT_NE(network.getNetwork()[0]->getBlob().data(),
+                  late.getNetwork()[0]->getBlob().data());
         EXPECT_TRUE(runners[0] == runners[2]);
         for (size_t i = 0; i < network.getNetwork().size(); ++i)
             EXPECT_EQ(network.getNetwork()[i]->getBottomLayersName(),
@@ -197,7 +203,7 @@ TEST(Network, EqualityCountsWhatFilesStore) {
     other = network;
     other.setInputColorMode(KZ::COLOR_MODE_BGR);
     EXPECT_FALSE(network == other);
-    // One layer of another kind or other values at the same place.
+    // One layer of another kind or with other values at the same place.
     const auto with = [](BaseLayer* last) {
         NnDetector detector = chain();
         detector.addLayer(KZ::SharedPtr<BaseLayer>(last));
@@ -206,5 +212,11 @@ TEST(Network, EqualityCountsWhatFilesStore) {
     EXPECT_TRUE(with(new PoolingLayer(3, 2, "p")) == with(new PoolingLayer(3, 2, "p")));
     EXPECT_FALSE(with(new PoolingLayer(3, 2, "p")) == with(new PoolingLayer(3, 3, "p")));
     EXPECT_FALSE(with(new PoolingLayer(3, 2, "p")) == with(new ReluLayer("p")));
+    const Blob filter = blobOf(1, 1, 1, 1, {1});
+    const auto conv = [&](int stride, int pad) {
+        return with(new ConvolutionLayer(filter, filter, "c", stride, pad));
+    };
+    EXPECT_TRUE(conv(1, 0) == conv(1, 2));
+    EXPECT_FALSE(conv(1, 0) == conv(2, 0));
     EXPECT_FALSE(with(new PoolingLayer(3, 2, "p")) == chain());
 }

@@ -19,7 +19,6 @@ TEST(NetworkSource, EmittedNetworkIsTheSame) {
     ASSERT_TRUE(network == *emitted);
     EXPECT_EQ(network.getOutputNames(), emitted->getOutputNames());
     EXPECT_EQ(emitted.get(), every_layer_network().get());
-    EXPECT_EQ(network.getNetwork().size(), emitted->getNetwork().size());
     NnDetector shallow;
     every_layer_network(shallow);
     EXPECT_EQ(emitted->getNetwork()[1].get(), shallow.getNetwork()[1].get());
@@ -133,23 +132,16 @@ KZ::SharedPtr<NnDetector> tiny()
 TEST(NetworkSource, LinesOfTheLayers) {
     std::ostringstream stream;
     everyLayerNetwork().saveToCpp(stream, "f");
-    const char* const lines[] = {
-        R"(static ConvolutionLayer convolutionLayer(conv_1_a_filter(), conv_1_a_bias(), "conv-1>a", 1, 1);)",
-        R"(    static  PoolingLayer  poolingLayer(3,2, "pool");)",
-        "    std::vector<float> a, b;\n    a.push_back(1.5);\n    a.push_back(-0.123456791);\n",
-        R"(    static LinearTransformLayer linearTransformLayer("linear");)",
-        R"(    static SliceLayer sliceLayer("slice", 1, 2, 1);)",
-        "    static SliceLayer sliceLayer(\"slice_point\", 2);\n    sliceLayer.addSlicePoint(0, "
-        "-4);\n",
-        "    std::vector<float> coeffs;\n    coeffs.push_back(2);\n    coeffs.push_back(1e-09);\n",
-        R"(static EltwiseLayer eltwiseLayer("eltwise", EltwiseLayer::Operation::SUM, coeffs);)",
-        R"(    static ReshapeLayer reshapeLayer("reshape", KZ::Size(2, 2));)",
-        R"(    static DeConvolutionLayer deConvolutionLayer(deconv_filter(), deconv_bias(), "deconv", 2);)",
-        R"(    static SoftmaxLayer softmaxLayer("softmax", 0.3);)",
-        R"(static InnerProductLayer innerProductLayer(dense_weights(), dense_bias(), "dense");)",
-        R"(    static ContrastiveLayer ContrastiveLayer("contrast");)",
-        "    nnDetector.addLayer(p_contrast);\n    p_contrast->addBottomLayer(p_dense);\n"
-        "    p_contrast->addBottomLayer(p_flatten);\n",
-    };
-    for (const char* line : lines) EXPECT_NE(std::string::npos, stream.str().find(line)) << line;
+    for (const char* line :
+         {"convolutionLayer(conv_1_a_filter(), conv_1_a_bias(), \"conv-1>a\", 1, 1);\n",
+          "    static  PoolingLayer  poolingLayer(3,2, \"pool\");\n",
+          "    std::vector<float> a, b;\n    a.push_back(1.5);\n    a.push_back(-0.123456791);\n",
+          "    static SliceLayer sliceLayer(\"slice_point\", 2);\n"
+          "    sliceLayer.addSlicePoint(0, -4);\n",
+          "    coeffs.push_back(1e-09);\n    static EltwiseLayer eltwiseLayer(\"eltwise\", "
+          "EltwiseLayer::Operation::SUM, coeffs);\n",
+          "    static SoftmaxLayer softmaxLayer(\"softmax\", 0.3);\n",
+          "    static ContrastiveLayer ContrastiveLayer(\"contrast\");\n"}) {
+        EXPECT_NE(std::string::npos, stream.str().find(line)) << line;
+    }
 }

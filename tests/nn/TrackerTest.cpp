@@ -294,7 +294,7 @@ TEST(NnTracker, SkeletonPoints) {
 TEST(NnTracker, SkeletonFromHeatMaps) {
     Floats maps(24, 0);
     maps[4 + 2] = 1;
-    maps[4 + 3] = 0.5f;
+    maps[3] = 0.5f;
     maps[12 + 1] = 0.9f;
     for (const float threshold : {0.85f, 0.95f}) {
         const NetworkPtr dense = network({maps}, KZ::Size(32, 24));
@@ -311,7 +311,7 @@ TEST(NnTracker, SkeletonFromHeatMaps) {
         const Points& points = run.get<Points>();
         ASSERT_EQ(threshold < 0.9f ? 2u : 0u, points.size());
         if (points.empty()) continue;
-        const double cx = 3.5 / 1.5001, cy = 1.5 / 1.5001;
+        const double cx = 3.5 / 1.5001, cy = 1 / 1.5001;
         EXPECT_NEAR(50 + (16 + 8 * (cx - 2) - 15.5) / 2, points[0].x, 1e-4);
         EXPECT_NEAR(40 + (12 + 8 * (cy - 1) - 11.5) / 2, points[0].y, 1e-4);
         EXPECT_NEAR(50 + (16 + 8 * (0.9 / 0.9001 - 2) - 15.5) / 2, points[1].x, 1e-4);
