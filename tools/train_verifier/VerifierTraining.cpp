@@ -67,8 +67,8 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
     plan.threads = threads;
     plan.fitBlocks = scaled(80);
     plan.heldOutBlocks = scaled(8);
-    plan.hardBlocks = scaled(28);
-    const int epochs[VERIFIERS] = {28, 24}, batches[VERIFIERS] = {400, 400};
+    plan.hardBlocks = scaled(12);
+    const int epochs[VERIFIERS] = {12, 6}, batches[VERIFIERS] = {400, 400};
     for (int i = 0; i < VERIFIERS; ++i) {
         plan.trainer[i].epochs = epochs[i];
         plan.trainer[i].batchesPerEpoch = scaled(batches[i]);
