@@ -17,7 +17,7 @@ cv::Scalar stateColor(const std::string& name) {
 }
 
 void drawText(cv::Mat& picture, const std::string& text, cv::Point at, const cv::Scalar& color) {
-    const double scale = 0.5;
+    const double scale = 0.6;
     cv::putText(picture, text, at, cv::FONT_HERSHEY_SIMPLEX, scale, BLACK, 3, cv::LINE_AA);
     cv::putText(picture, text, at, cv::FONT_HERSHEY_SIMPLEX, scale, color, 1, cv::LINE_AA);
 }

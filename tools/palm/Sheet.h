@@ -6,11 +6,11 @@
 
 namespace palm {
 
-/// Collects marked-up frames and lays them out on one sheet: the frames with a gesture and, between
-/// them, frames spread evenly over the run.
+/// Collects marked-up frames and lays them out on one sheet: the frames where a gesture begins and,
+/// between them, frames spread evenly over the run.
 class Sheet {
 public:
-    /// Keeps a small copy. `notable`: the frame has a gesture.
+    /// Keeps a small copy. `notable`: a gesture begins with the frame.
     void add(const cv::Mat& picture, bool notable);
     /// Writes the sheet beside `path`, then renames. Throws WorkError.
     void write(const std::string& path) const;

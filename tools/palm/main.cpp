@@ -163,14 +163,15 @@ private:
         const Outcome outcome = engine_->process(picture);
         track(outcome);
         state_.time = frame.time;
-        if (report_.add(state_.number, frame.time, frame.name, outcome) && options_.json != "-") {
+        const bool begins = report_.add(state_.number, frame.time, frame.name, outcome);
+        if (begins && options_.json != "-") {
             progress.clear();
             std::printf("%s\n", report_.line().c_str());
             std::fflush(stdout);
         }
         if (!outputs.wanted()) return;
         drawOutcome(picture, outcome, state_);
-        outputs.add(picture, !outcome.gesture.empty());
+        outputs.add(picture, begins);
     }
 
     void start(const cv::Size& pictureSize) {
