@@ -8,6 +8,9 @@
 
 namespace {
 
+// Rows without pixels take no byte, so that a short file may have millions of them.
+const int MOST_ROWS = 4096;
+
 using Reader = KZ::Image (*)(const std::string&);
 using Writer = std::string (*)(const KZ::Image&);
 
@@ -21,6 +24,7 @@ void checkRoundTrip(const KZ::Image& image, Writer write, Reader read) {
 void check(const std::string& bytes, Reader read) {
     KZ::Image image;
     if (!fuzz::accepted([&] { image = read(bytes); }) || !image.isCreated()) return;
+    if (image.height() > MOST_ROWS) return;
     checkRoundTrip(image, KZ::toPgm, KZ::fromPnm);
     checkRoundTrip(image, KZ::toPpm, KZ::fromPnm);
     checkRoundTrip(image, KZ::toText, KZ::fromText);
