@@ -26,7 +26,7 @@ double millisecondsSince(std::chrono::steady_clock::time_point start) {
 }  // namespace
 
 Engine::Engine(const Options& options, const cv::Size& frameSize)
-    : frameSize_(frameSize), cameraAngle_(options.cameraAngle) {
+    : frameSize_(frameSize), cameraAngle_(options.cameraAngle), withStages_(options.stages) {
     // Frames enter at half size, and the option wants the size that they have then.
     const std::string size = "Size(" + std::to_string(frameSize.width / 2) + ", " +
                              std::to_string(frameSize.height / 2) + ")";
@@ -76,6 +76,7 @@ Outcome Engine::process(const cv::Mat& picture) {
 }
 
 Outcome Engine::processNv21() {
+    if (withStages_) stages::forget();
     const auto start = std::chrono::steady_clock::now();
     VI_SetFrame(nv21_.data(), frameSize_.width, frameSize_.height * 3 / 2, 0);
     VI_ProcessFrame();
@@ -87,7 +88,17 @@ Outcome Engine::processNv21() {
     VI_GetFloat(&outcome.score, 0);
     VI_GetFloat(&outcome.angle, 1);
     if (outcome.angle > 180) outcome.angle -= 360;
+    if (withStages_) outcome.stages = readStages();
     return outcome;
+}
+
+std::vector<stages::StageResult> Engine::readStages() const {
+    std::vector<stages::StageResult> results = stages::ofLastFrame();
+    for (stages::StageResult& stage : results) {
+        for (float* value : {&stage.x, &stage.y, &stage.width, &stage.height}) *value *= 2;
+        if (stage.angle > 180) stage.angle -= 360;
+    }
+    return results;
 }
 
 void toNv21(const cv::Mat& picture, std::vector<unsigned char>& nv21) {

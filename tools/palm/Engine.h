@@ -6,6 +6,7 @@
 
 #include "Accelerometer.h"
 #include "Options.h"
+#include "StageResults.h"
 
 namespace palm {
 
@@ -14,8 +15,9 @@ struct Outcome {
     std::string gesture;  ///< "palm", "MOVING" or empty
     float left = 0, top = 0, right = 0, bottom = 0;
     float score = 0;
-    float angle = 0;          ///< degrees, counter-clockwise
-    double milliseconds = 0;  ///< VI_SetFrame and VI_ProcessFrame
+    float angle = 0;                          ///< degrees, counter-clockwise
+    double milliseconds = 0;                  ///< VI_SetFrame and VI_ProcessFrame
+    std::vector<stages::StageResult> stages;  ///< in pixels of the frame handed in; if asked for
 };
 
 /// Number of frames for which the library rests after a hit.
@@ -42,10 +44,12 @@ public:
 
 private:
     Outcome processNv21();
+    std::vector<stages::StageResult> readStages() const;
     void processBlank(int frames);
 
     cv::Size frameSize_;
     int cameraAngle_;
+    bool withStages_;
     bool settled_ = true;  ///< nothing is tracked
     std::vector<unsigned char> nv21_;
 };

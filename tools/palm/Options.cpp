@@ -67,6 +67,8 @@ Command readOptions(int argc, char** argv, Options& options) {
     app.add_option("--video", options.video, "write the marked-up frames to this .mp4");
     app.add_option("--sheet", options.sheet, "write a sheet of marked-up frames to this .png");
     app.add_flag("--show", options.show, "show the marked-up frames in a window");
+    app.add_flag("--stages", options.stages,
+                 "tell for every frame what each stage of the detector kept, and draw it");
     app.add_flag("--verbose", options.verbose, "print the library's log records to stderr");
     try {
         app.parse(argc, argv);

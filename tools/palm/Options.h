@@ -21,6 +21,7 @@ struct Options {
     std::string video;
     std::string sheet;
     bool show = false;
+    bool stages = false;  ///< tell and draw what each stage kept
     bool verbose = false;
 };
 

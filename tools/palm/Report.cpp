@@ -31,6 +31,26 @@ std::string Report::line() const {
     return event.name.empty() ? text : std::string(text) + "  " + event.name;
 }
 
+std::string Report::stagesLine(int frame, double time, const Outcome& outcome) {
+    if (outcome.stages.empty()) return std::string();
+    char text[128];
+    std::snprintf(text, sizeof text, "frame %d  t %.3f s  stages", frame, time);
+    std::string line = text;
+    for (const stages::StageResult& stage : outcome.stages) {
+        line += "  | " + stage.name + ": ";
+        if (stage.kept) {
+            std::snprintf(text, sizeof text, "%.3f at %.0f,%.0f size %.0f angle %.0f", stage.score,
+                          stage.x, stage.y, stage.width, stage.angle);
+            line += text;
+            continue;
+        }
+        std::snprintf(text, sizeof text, "dropped, %.3f", stage.score);
+        line += stage.score > 0 ? text : "nothing";
+        break;
+    }
+    return line;
+}
+
 double Report::quantile(double q) const {
     if (milliseconds_.empty()) return 0;
     std::vector<double> sorted = milliseconds_;
@@ -72,6 +92,14 @@ std::string Report::json(const std::string& input, const cv::Size& frameSize) co
             entry["angle"] = o.angle;
         } else {
             entry["last_frame"] = event.lastFrame;
+        }
+        for (const stages::StageResult& stage : o.stages) {
+            entry["stages"].push_back({{"stage", stage.name},
+                                       {"kept", stage.kept},
+                                       {"score", stage.score},
+                                       {"center", {stage.x, stage.y}},
+                                       {"size", {stage.width, stage.height}},
+                                       {"angle", stage.angle}});
         }
         report["gestures"].push_back(entry);
     }

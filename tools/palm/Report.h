@@ -24,6 +24,8 @@ public:
 
     /// The line that tells the newest event.
     std::string line() const;
+    /// One line on what each stage kept of a frame; empty when the chain did not run.
+    static std::string stagesLine(int frame, double time, const Outcome& outcome);
     /// "frames 300, time per frame median 3.1 ms, 99th percentile 9.0 ms, palm 12, MOVING 1".
     std::string summary() const;
     /// The whole run as JSON: input, frame size, frames, times, events.

@@ -163,6 +163,7 @@ private:
         const Outcome outcome = engine_->process(picture);
         track(outcome);
         state_.time = frame.time;
+        if (options_.stages) tellStages(frame.time, outcome, progress);
         const bool begins = report_.add(state_.number, frame.time, frame.name, outcome);
         if (begins && options_.json != "-") {
             progress.clear();
@@ -172,6 +173,13 @@ private:
         if (!outputs.wanted()) return;
         drawOutcome(picture, outcome, state_);
         outputs.add(picture, begins);
+    }
+
+    void tellStages(double time, const Outcome& outcome, ProgressBar& progress) const {
+        const std::string line = Report::stagesLine(state_.number, time, outcome);
+        if (line.empty()) return;
+        progress.clear();
+        std::fprintf(options_.json == "-" ? stderr : stdout, "%s\n", line.c_str());
     }
 
     void start(const cv::Size& pictureSize) {

@@ -36,11 +36,12 @@ public:
     const KZ::Image& rotatedFrame() const { return rotatedFrame_; }
     /// Frame pixels per pixel of `rotatedFrame`; at least 1.
     float zoom() const { return zoom_; }
+    /// A location in `rotatedFrame`, mapped to the frame that it was made of.
+    void mapToInput(LocationState& location) const;
 
 private:
     /// Whole-number part of the zoom, by which it makes `zoomedFrame_`.
     int reduce(const KZ::Image& frame);
-    void mapToInput(LocationState& location) const;
 
     KZ::Image zoomedFrame_;
     KZ::Image rotatedFrame_;
