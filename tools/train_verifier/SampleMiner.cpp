@@ -112,8 +112,8 @@ void SampleMiner::addScanned(const MiningOrder& order, bool loose, Worker& worke
         const PatchPair patches = cutPatches(view, location);
         if (!isWanted(order, worker, sample.origin, patches)) continue;
         samples.add(sample, patches);
-        if (sample.origin != Origin::SCANNED_PALM || order.heldOut) continue;
-        sample.origin = Origin::JITTERED_PALM;
+        if (order.heldOut) continue;
+        if (sample.origin == Origin::SCANNED_PALM) sample.origin = Origin::JITTERED_PALM;
         samples.add(sample, cutPatches(view, jittered(location, random)));
     }
 }

@@ -65,10 +65,10 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
     VerifierPlan plan;
     plan.seed = seed;
     plan.threads = threads;
-    plan.fitBlocks = scaled(80);
+    plan.fitBlocks = scaled(120);
     plan.heldOutBlocks = scaled(8);
-    plan.hardBlocks = scaled(12);
-    const int epochs[VERIFIERS] = {12, 6}, batches[VERIFIERS] = {400, 400};
+    plan.hardBlocks = scaled(28);
+    const int epochs[VERIFIERS] = {30, 26}, batches[VERIFIERS] = {400, 400};
     for (int i = 0; i < VERIFIERS; ++i) {
         plan.trainer[i].epochs = epochs[i];
         plan.trainer[i].batchesPerEpoch = scaled(batches[i]);
@@ -80,7 +80,7 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
 
 std::string VerifierPlan::fingerprint() const {
     std::ostringstream text;
-    text << "procedure 1 seed " << seed << " loosening " << loosening << " frames " << blockFrames
+    text << "procedure 2 seed " << seed << " loosening " << loosening << " frames " << blockFrames
          << " held out " << heldOutBlocks;
     return text.str();
 }
