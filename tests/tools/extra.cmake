@@ -1,1 +1,1 @@
-target_link_libraries(tests_tools PRIVATE verifier_samples engine_evaluation)
+target_link_libraries(tests_tools PRIVATE verifier_samples)

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <opencv2/core.hpp>
+#include <stdexcept>
+#include <string>
+
+namespace evaluate {
+
+/// The input was right, but an output cannot be made.
+struct OutputFailure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A file that appears under its name only when it is whole. Throws OutputFailure.
+void writeText(const std::string& path, const std::string& text);
+void writePicture(const std::string& path, const cv::Mat& picture);
+
+/// Makes the folder where it is missing. Throws OutputFailure.
+void makeFolder(const std::string& path);
+
+}  // namespace evaluate
