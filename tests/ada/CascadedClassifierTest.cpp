@@ -66,6 +66,8 @@ TEST(CascadedClassifier, ScansLikeTheReference) {
                 const Planes planes(randomImage(random, KZ::Size(112, 91)), zoom);
                 CascadedClassifier cascade = randomCascade(random, SIZE);
                 if (!rmctFirst) cascade.strongClassifiers.erase(cascade.strongClassifiers.begin());
+                // Goes on with the gradients that the stage before it has summed.
+                cascade.addStrongClassifier(randomStage(random, SIZE, 1, 1, 2, -100));
                 cascade.setAngle(-30);
                 const auto expected =
                     referenceMatches(cascade, planes, 0, 0, planes.mono.width() - SIZE.width,

@@ -92,24 +92,26 @@ private:
     void addMatchesStatic(const KZ::Image& rmctTransform, const KZ::Image& mono,
                           const KZ::Image& integralImage, std::vector<AdaObject>& out,
                           const ScanRange& range, const std::vector<int>& shift, int step) const;
-    /// One row of windows in a scan, and windows of it that passed the first stage but are not
-    /// judged further yet.
-    struct ScanRow {
-        static constexpr int GATHERED = 4;
+    /// A window that passed the stages before: its corner in the layer and in each image.
+    struct Window {
+        int x, y;
         const unsigned char* rmct;
         const unsigned char* mono;
         const unsigned int* integral;
-        const int* shift;  ///< layer coordinate to frame coordinate
-        int y;
-        bool blocksOfSecond;  ///< the second stage takes several windows at once
-        int count;
-        int x[GATHERED];
-        int sum[GATHERED];  ///< last stage's votes of each
     };
-    bool hasOnlyRmct(size_t stage) const;
-    void scanRow(ScanRow& row, int first, int last, int step, std::vector<AdaObject>& out) const;
-    void gather(ScanRow& row, int x, int sum, std::vector<AdaObject>& out) const;
-    void judgeGathered(ScanRow& row, std::vector<AdaObject>& out) const;
+    /// Windows that wait for a stage, in the order of the scan.
+    struct Waiting {
+        int count;
+        int x[StrongClassifier::BLOCK], y[StrongClassifier::BLOCK];
+        const unsigned char* rmct[StrongClassifier::BLOCK];
+        const unsigned char* mono[StrongClassifier::BLOCK];
+        const unsigned int* integral[StrongClassifier::BLOCK];
+    };
+    void scanRow(const Window& row, const int* shift, int last, int step,
+                 std::vector<AdaObject>& out) const;
+    void advance(const Window& window, size_t stage, int score, std::vector<AdaObject>& out) const;
+    void judge(size_t stage, std::vector<AdaObject>& out) const;
+    bool passesHog(const Window& window, size_t stage, int& score) const;
     void addMatchesDynamic(const KZ::Image& rmctTransform, const KZ::Image& mono,
                            const KZ::Image& integralImage, std::vector<AdaObject>& out,
                            const ScanRange& range, const std::vector<int>& shift, int step) const;
@@ -127,4 +129,5 @@ private:
     mutable OwnPointer<StrongClassifier> firstStage_;  ///< not null: the settings above stand
     mutable OwnPointer<WeakClassifierRmct> pRmctClassifierStart_;
     mutable OwnPointer<WeakClassifierRmct> pRmctClassifierEnd_;
+    mutable std::vector<Waiting> waiting_;  ///< of a scan, one a stage
 };

@@ -3,13 +3,13 @@
 #include "AbsFeature.h"
 #include "CascadedClassifier.h"
 #include "KZ_Assert.h"
+#include "KZ_IntegralHog.h"
 
 namespace {
 
-const int BLOCK = 4;
+const int BLOCK = StrongClassifier::BLOCK;
 
-// Sums of a stage's votes at several windows: each classifier's fields are then loaded once for all
-// of them, and their table look-ups overlap.
+// Sums of the first stage's votes at several windows at once, see StrongClassifier::scoreBlock.
 inline void sumVotes(const WeakClassifierRmct* begin, const WeakClassifierRmct* end,
                      const unsigned char* const (&windows)[BLOCK], int (&sums)[BLOCK]) {
     const unsigned char *const window0 = windows[0], *const window1 = windows[1],
@@ -98,76 +98,87 @@ void CascadedClassifier::addMatchesStatic(const KZ::Image& rmctTransform, const 
     KZ_ASSERT(mono.isCreated(), "mono not created");
     KZ_ASSERT(integralImage.isCreated(), "integralImage not created");
 
-    const bool blocksOfSecond = startStage_ == 1 && hasOnlyRmct(1);
+    waiting_.resize(strongClassifiers.size());
+    for (Waiting& waiting : waiting_) waiting.count = 0;
     for (int y = rect.top; y <= rect.bottom; y += step) {
-        ScanRow row = {rmctTransform.data(0, y),
-                       mono.data(0, y),
-                       integralImage.row<unsigned int>(pShift[y]),
-                       pShift,
-                       y,
-                       blocksOfSecond,
-                       0,
-                       {},
-                       {}};
-        scanRow(row, rect.left, rect.right, step, out);
+        const Window row = {rect.left, y, rmctTransform.data(0, y), mono.data(0, y),
+                            integralImage.row<unsigned int>(pShift[y])};
+        scanRow(row, pShift, rect.right, step, out);
     }
+    for (size_t stage = 0; stage < waiting_.size(); ++stage) judge(stage, out);
 }
 
-bool CascadedClassifier::hasOnlyRmct(size_t stage) const {
-    return stage < strongClassifiers.size() && strongClassifiers[stage].haarClassifiers().empty() &&
-           strongClassifiers[stage].hogClassifiers().empty();
-}
-
-// The first stage on every window of a row; those that pass gather for the second.
-void CascadedClassifier::scanRow(ScanRow& row, int first, int last, int step,
+// The first stage on every window of a row. `row` holds the row's begin in each image, and `shift`
+// the frame coordinate of each layer coordinate.
+void CascadedClassifier::scanRow(const Window& row, const int* shift, int last, int step,
                                  std::vector<AdaObject>& out) const {
     const WeakClassifierRmct* const begin = pRmctClassifierStart_;
     const WeakClassifierRmct* const end = pRmctClassifierEnd_;
     const int threshold = rmctFirstStage_ ? firstStageThreshold_ : KZ::minValue<int>();
-    int x = first;
+    const auto pass = [&](int x, int sum) {
+        if (sum < threshold) return;
+        const Window window = {x, row.y, row.rmct + x, row.mono + x, row.integral + shift[x]};
+        advance(window, startStage_, sum, out);
+    };
+    int x = row.x;
     for (; x + (BLOCK - 1) * step <= last; x += BLOCK * step) {
         const unsigned char* const p = row.rmct + x;
         const unsigned char* const windows[BLOCK] = {p, p + step, p + 2 * step, p + 3 * step};
         int sums[BLOCK];
         sumVotes(begin, end, windows, sums);
-        for (int i = 0; i < BLOCK; ++i) {
-            if (sums[i] >= threshold) gather(row, x + i * step, sums[i], out);
+        for (int i = 0; i < BLOCK; ++i) pass(x + i * step, sums[i]);
+    }
+    for (; x <= last; x += step) pass(x, sumVotes(begin, end, row.rmct + x));
+}
+
+// Sends a window that passed with `score` to `stage`, where it waits for others: a stage takes
+// several windows at once. They come to each stage, and to `out`, in the order of the scan.
+void CascadedClassifier::advance(const Window& window, size_t stage, int score,
+                                 std::vector<AdaObject>& out) const {
+    if (stage == waiting_.size()) {
+        out.push_back(objectAt(window.x, window.y, score));
+        return;
+    }
+    Waiting& waiting = waiting_[stage];
+    const int i = waiting.count;
+    waiting.x[i] = window.x;
+    waiting.y[i] = window.y;
+    waiting.rmct[i] = window.rmct;
+    waiting.mono[i] = window.mono;
+    waiting.integral[i] = window.integral;
+    if (++waiting.count == BLOCK) judge(stage, out);
+}
+
+// `stage` on the windows that wait for it.
+void CascadedClassifier::judge(size_t stage, std::vector<AdaObject>& out) const {
+    Waiting& waiting = waiting_[stage];
+    if (waiting.count == 0) return;
+    const StrongClassifier& strong = strongClassifiers[stage];
+    const bool hog = static_cast<int>(stage) == hogStart_;
+    int scores[BLOCK];
+    strong.scoreBlock(waiting.rmct, waiting.integral, waiting.count, scores);
+    for (int i = 0; i < waiting.count; ++i) {
+        const Window window = {waiting.x[i], waiting.y[i], waiting.rmct[i], waiting.mono[i],
+                               waiting.integral[i]};
+        if (hog) {
+            // Gradients are summed for one window at a time, which runs to the end with them.
+            if (passesHog(window, stage, scores[i]))
+                out.push_back(objectAt(window.x, window.y, scores[i]));
+        } else if (scores[i] >= strong.threshold) {
+            advance(window, stage + 1, scores[i], out);
         }
     }
-    for (; x <= last; x += step) {
-        const int sum = sumVotes(begin, end, row.rmct + x);
-        if (sum >= threshold) gather(row, x, sum, out);
-    }
-    judgeGathered(row, out);
+    waiting.count = 0;
 }
 
-void CascadedClassifier::gather(ScanRow& row, int x, int sum, std::vector<AdaObject>& out) const {
-    row.x[row.count] = x;
-    row.sum[row.count] = sum;
-    if (++row.count == BLOCK) judgeGathered(row, out);
-}
-
-// The further stages on the gathered windows, in their order.
-void CascadedClassifier::judgeGathered(ScanRow& row, std::vector<AdaObject>& out) const {
-    unsigned int next = static_cast<unsigned int>(startStage_);
-    int threshold = KZ::minValue<int>();
-    if (row.blocksOfSecond && row.count == BLOCK) {
-        const StrongClassifier& second = strongClassifiers[1];
-        const unsigned char* const windows[BLOCK] = {row.rmct + row.x[0], row.rmct + row.x[1],
-                                                     row.rmct + row.x[2], row.rmct + row.x[3]};
-        const std::vector<WeakClassifierRmct>& weak = second.rmctClassifiers();
-        sumVotes(weak.data(), weak.data() + weak.size(), windows, row.sum);
-        threshold = second.threshold;
-        next = 2;
-    }
-    for (int i = 0; i < row.count; ++i) {
-        if (row.sum[i] < threshold) continue;
-        const int x = row.x[i];
-        int score = row.sum[i];
-        if (detect(row.rmct + x, row.mono + x, row.integral + row.shift[x], next, score))
-            out.push_back(objectAt(x, row.y, score));
-    }
-    row.count = 0;
+// `stage`, the first with HOG classifiers, whose others voted `score`, and those after it.
+bool CascadedClassifier::passesHog(const Window& window, size_t stage, int& score) const {
+    KZ::computeIntegralHog(window.mono, monoStrip_, integralHog_, hogRoi_,
+                           KZ::COLOR_MODE_INTEGRAL_HOG_UNSIGNED6);
+    score += strongClassifiers[stage].scoreHog(integralHog_);
+    return score >= strongClassifiers[stage].threshold &&
+           detect(window.rmct, window.mono, window.integral, static_cast<unsigned int>(stage) + 1,
+                  score);
 }
 
 void CascadedClassifier::addMatchesDynamic(const KZ::Image& rmctTransform, const KZ::Image& mono,

@@ -1,5 +1,6 @@
 #include "StrongClassifier.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -28,6 +29,36 @@ template <typename Weak>
 void setRange(const std::vector<Weak>& classifiers, const Weak*& begin, const Weak*& end) {
     begin = classifiers.empty() ? nullptr : classifiers.data();
     end = begin ? begin + classifiers.size() : nullptr;
+}
+
+// Adds the votes of all classifiers at N windows: each classifier's fields are loaded once for all
+// of them, and their table look-ups overlap.
+template <int N, typename Weak, typename Cell>
+void addVotes(const Weak* begin, const Weak* end, const Cell* const* windows, int* scores) {
+    const Cell* window[N];
+    int sums[N];
+    for (int i = 0; i < N; ++i) {
+        window[i] = windows[i];
+        sums[i] = scores[i];
+    }
+    for (const Weak* weak = begin; weak != end; ++weak)
+        for (int i = 0; i < N; ++i) sums[i] += weak->vote(window[i]);
+    for (int i = 0; i < N; ++i) scores[i] = sums[i];
+}
+
+template <typename Weak, typename Cell>
+void addVotes(const Weak* begin, const Weak* end, const Cell* const* windows, int count,
+              int* scores) {
+    switch (count) {
+        case 1:
+            return addVotes<1>(begin, end, windows, scores);
+        case 2:
+            return addVotes<2>(begin, end, windows, scores);
+        case 3:
+            return addVotes<3>(begin, end, windows, scores);
+        default:
+            return addVotes<StrongClassifier::BLOCK>(begin, end, windows, scores);
+    }
 }
 
 }  // namespace
@@ -128,20 +159,26 @@ void StrongClassifier::activateHog() const {
 
 int StrongClassifier::scoreRmct(const unsigned char* p_data) const {
     CHECK_RANGE_AND_INPUT(pRmctBegin_, pRmctEnd_, WeakClassifierRmct, p_data);
-    int sum = 0;
-    const WeakClassifierRmct* const end = pRmctEnd_;
-    for (const WeakClassifierRmct* weak = pRmctBegin_; weak != end; ++weak)
-        sum += weak->vote(p_data);
-    return sum;
+    int score = 0;
+    addVotes<1>(pRmctBegin_, pRmctEnd_, &p_data, &score);
+    return score;
 }
 
 int StrongClassifier::scoreHaar(const unsigned int* integralPtr) const {
     CHECK_RANGE_AND_INPUT(pHaarBegin_, pHaarEnd_, WeakClassifierHaar, integralPtr);
-    int sum = 0;
-    const WeakClassifierHaar* const end = pHaarEnd_;
-    for (const WeakClassifierHaar* weak = pHaarBegin_; weak != end; ++weak)
-        sum += weak->vote(integralPtr);
-    return sum;
+    int score = 0;
+    addVotes<1>(pHaarBegin_, pHaarEnd_, &integralPtr, &score);
+    return score;
+}
+
+void StrongClassifier::scoreBlock(const unsigned char* const* p_data,
+                                  const unsigned int* const* integralPtr, int count,
+                                  int* scores) const {
+    CHECK_RANGE_AND_INPUT(pRmctBegin_, pRmctEnd_, WeakClassifierRmct, p_data);
+    CHECK_RANGE_AND_INPUT(pHaarBegin_, pHaarEnd_, WeakClassifierHaar, integralPtr);
+    std::fill(scores, scores + count, 0);
+    addVotes(pRmctBegin_, pRmctEnd_, p_data, count, scores);
+    addVotes(pHaarBegin_, pHaarEnd_, integralPtr, count, scores);
 }
 
 int StrongClassifier::scoreHog(const KZ::Image& integralHog) const {

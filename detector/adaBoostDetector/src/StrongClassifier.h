@@ -23,6 +23,9 @@ int zoomKey(float zoom);
 /// Scoring and activation write through `const`: one thread at a time.
 class StrongClassifier {
 public:
+    /// Windows that `scoreBlock` takes at once.
+    static constexpr int BLOCK = 4;
+
     int threshold = 0;
 
     void addRmctClassifier(const WeakClassifierRmct& weak);
@@ -51,6 +54,9 @@ public:
     int scoreHaar(const unsigned int* integralPtr) const;
     /// `integralHog` is that of the rectangle given to `moveHogRoi`.
     int scoreHog(const KZ::Image& integralHog) const;
+    /// scoreRmct + scoreHaar of `count` windows, 1 to BLOCK, given by their corners.
+    void scoreBlock(const unsigned char* const* p_data, const unsigned int* const* integralPtr,
+                    int count, int* scores) const;
 
     /// The part of the window whose gradients the HOG classifiers read; empty without any.
     KZ::Rect calculateHogRoi() const;
