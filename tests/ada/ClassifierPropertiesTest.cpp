@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ClassifierProperties.h"
+#include "ClassifierRing.h"
 
 namespace {
 
@@ -53,4 +53,41 @@ TEST(ClassifierProperties, WhatARegionAsksFor) {
         region.zoomRange = KZ::RangeF(1.2f, 2.0f);
         EXPECT_EQ(row.in, asked.in(region, row.zoom)) << row.what;
     }
+}
+
+TEST(ClassifierProperties, FirstWindowPlacesTheObject) {
+    ClassifierProperties placed = pose(KZ::Size(24, 18), KZ::Size(20, 14), KZ::Point(12, 9));
+    placed.setMonoSize(KZ::Size(40, 30));
+    EXPECT_EQ(KZ::Rect(2, 2, 22, 16), placed.objectRect);
+    EXPECT_EQ(KZ::Size(20, 14), placed.baseSize_);
+}
+
+TEST(CascadedClassifier, MirroredHitsAreLeft) {
+    CascadedClassifier cascade;
+    cascade.setMonoSize(KZ::Size(24, 18));
+    EXPECT_EQ(100, cascade.objectAt(0, 0, 5).side);
+    cascade.flipVertically();
+    EXPECT_EQ(-100, cascade.objectAt(0, 0, 5).side);
+    cascade.setSymmetry(true);
+    EXPECT_EQ(100, cascade.objectAt(0, 0, 5).side);
+}
+
+TEST(ClassifierRing, FirstOfEquallyNearCascadesIsTurned) {
+    CascadedClassifier cascades[2];
+    std::vector<CascadedClassifier*> pointers;
+    for (CascadedClassifier& cascade : cascades) {
+        cascade.setMonoSize(KZ::Size(24, 18));
+        cascade.setAngle(45);
+        cascade.setSymmetry(true);
+        StrongClassifier stage;
+        stage.setThreshold(7 + static_cast<int>(pointers.size()));
+        cascade.addStrongClassifier(stage);
+        pointers.push_back(&cascade);
+    }
+    ClassifierRing ring(pointers);
+    // At a multiple of 45 degrees the mirror images are among the turns.
+    EXPECT_EQ(8u, ring.possibilities.size());
+    for (const CascadedClassifier* turned :
+         ring.getClassifiers(KZ::AngleRange(135), KZ::Side::RIGHT))
+        EXPECT_EQ(7, turned->strongClassifiers.front().threshold);
 }
