@@ -14,8 +14,11 @@ float inputOf(float pixel) {
 
 /// A random curve from pixel to pixel: gamma, then contrast about `mean`, then brightness.
 std::vector<float> drawCurve(double mean, Random& random) {
-    const double gamma = std::exp(random.uniform(-0.3, 0.3));
-    const double contrast = random.uniform(0.7, 1.3), brightness = random.uniform(-25, 25);
+    const double gamma = std::exp(random.uniform(-0.35, 0.35));
+    // A hand before a wall of its own brightness, too.
+    const double contrast =
+        random.chance(0.25) ? random.uniform(0.4, 0.7) : random.uniform(0.7, 1.3);
+    const double brightness = random.uniform(-25, 25);
     std::vector<float> curve(256);
     for (int p = 0; p < 256; ++p) {
         const double bent = 255 * std::pow(p / 255.0, gamma);
@@ -51,6 +54,20 @@ void cover(const KZ::Size& size, Random& random, float* pixels) {
     }
 }
 
+/// Light from one side: pixels fade along a random direction to a fifth at the darkest.
+void shade(const KZ::Size& size, Random& random, float* pixels) {
+    const double direction = random.uniform(0, 2 * M_PI), darkest = random.uniform(0.2, 0.8);
+    const double dx = std::cos(direction) / size.width, dy = std::sin(direction) / size.height;
+    const double middle = random.uniform(-0.3, 0.3), steepness = random.uniform(1, 5);
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            const double along = (x - size.width / 2) * dx + (y - size.height / 2) * dy - middle;
+            const double lit = std::clamp(0.5 + along * steepness, 0.0, 1.0);
+            pixels[y * size.width + x] *= static_cast<float>(darkest + (1 - darkest) * lit);
+        }
+    }
+}
+
 /// Sum of four bytes of one draw: near enough to a bell, of standard deviation 1.
 float bell(Random& random) {
     const uint64_t bits = random.next();
@@ -67,6 +84,7 @@ void varyPatch(const uint8_t* patch, const KZ::Size& size, Random& random, float
     for (int i = 0; i < count; ++i) mean += patch[i];
     const std::vector<float> curve = drawCurve(mean / count, random);
     for (int i = 0; i < count; ++i) input[i] = curve[patch[i]];
+    if (random.chance(0.2)) shade(size, random, input);
     if (random.chance(0.1)) cover(size, random, input);
     if (random.chance(0.3)) blur(size, static_cast<float>(random.uniform(0.02, 0.25)), input);
     const float noise = random.chance(0.6) ? static_cast<float>(random.uniform(0, 4)) : 0;

@@ -65,10 +65,10 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
     VerifierPlan plan;
     plan.seed = seed;
     plan.threads = threads;
-    plan.fitBlocks = scaled(120);
+    plan.fitBlocks = scaled(160);
     plan.heldOutBlocks = scaled(8);
-    plan.hardBlocks = scaled(28);
-    const int epochs[VERIFIERS] = {30, 26}, batches[VERIFIERS] = {400, 400};
+    plan.hardBlocks = scaled(64);
+    const int epochs[VERIFIERS] = {40, 32}, batches[VERIFIERS] = {400, 400};
     for (int i = 0; i < VERIFIERS; ++i) {
         plan.trainer[i].epochs = epochs[i];
         plan.trainer[i].batchesPerEpoch = scaled(batches[i]);
@@ -196,8 +196,8 @@ void VerifierTraining::mineHard(const std::vector<float>& first) {
     const int before = samples_.size();
     MiningOrder order;
     order.frames = plan_.blockFrames;
-    order.sceneShare = 0.6;
-    order.photoShare = 0.2;
+    order.sceneShare = 0.4;
+    order.photoShare = 0.25;
     order.palmShare = 0;
     order.minFirstScore = HARD_SCORE;
     for (int i = 0; i < plan_.hardBlocks; ++i) {
@@ -212,7 +212,7 @@ std::vector<SampleDeck> VerifierTraining::firstDecks() const {
     // By origin; first of whole photographs, then of crops, which are many but less like what a
     // camera sees.
     constexpr double SHARES[][2] = {{0.12, 0.07}, {0.08, 0.05}, {0.05, 0.04},
-                                    {0.10, 0.13}, {0.04, 0.04}, {0.28, 0}};
+                                    {0.12, 0.15}, {0.04, 0.04}, {0.24, 0}};
     std::vector<SampleDeck> decks;
     for (size_t origin = 0; origin < std::size(SHARES); ++origin) {
         for (const double share : SHARES[origin]) {
@@ -231,7 +231,8 @@ std::vector<SampleDeck> VerifierTraining::firstDecks() const {
 std::vector<SampleDeck> VerifierTraining::secondDecks(const std::vector<float>& first) const {
     std::vector<SampleDeck> decks = firstDecks();
     SampleDeck hardHands, hardScenes;
-    hardHands.share = hardScenes.share = 0.15;
+    hardHands.share = 0.19;
+    hardScenes.share = 0.11;
     for (SampleDeck& deck : decks) {
         if (deck.palms) continue;
         deck.share *= 0.5;

@@ -2,9 +2,25 @@
 
 #include "DetectorSet.h"
 #include "MultiFrameVerification.h"
+#include "NnTracker.h"
 #include "PalmCascade.h"
+#include "PalmVerifiers.h"
 #include "ResultKeeper.h"
 #include "ScoreComputer.h"
+
+namespace {
+
+// A network that drops the scan's location unless it is sure enough that a palm is there, and the
+// keeper of what it said.
+void addVerifier(DetectorSet& chain, const KZ::SharedPtr<NnDetector>& network, float threshold,
+                 const char* resultKey) {
+    const KZ::RelativeLocation whole(1.0f, KZ::PointF(0, 0), 0, 0, 0);
+    chain.addDetector(
+        new NnTracker(NnTracker::Type::VERIFIER, network, whole, threshold, false, false));
+    chain.addDetector(new ResultKeeper(ResultKeeper::SAVE, resultKey));
+}
+
+}  // namespace
 
 KZ::SharedPtr<BaseDetector> palmTrackingDetector() {
     const PatternDetector::Parameters scan(2, 1, 0.2f, KZ::RangeF());
@@ -12,6 +28,8 @@ KZ::SharedPtr<BaseDetector> palmTrackingDetector() {
     const KZ::SharedPtr<BaseDetector> owner(chain);
     chain->addDetector(ada__ada_staticPalm_2014_12_05__17_40_12(scan));
     chain->addDetector(new ResultKeeper(ResultKeeper::SAVE, "AdaBoostResult"));
+    addVerifier(*chain, palm_verifier__iter_250000(), 0.2f, "Verifier1Result");
+    addVerifier(*chain, palm_verifier_2019_05_07__iter_105000(), 0.5f, "Verifier2Result");
     chain->addDetector(new ScoreComputer);
     return owner;
 }

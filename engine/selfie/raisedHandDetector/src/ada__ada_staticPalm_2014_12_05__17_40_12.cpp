@@ -19,7 +19,7 @@
 #endif
 
 static CascadedClassifier& build_ada__ada_staticPalm_2014_12_05__17_40_12_r0() {
-    int set_threshold_ada__ada_staticPalm_2014_12_05__17_40_12_r0[5] = {-84, -57, -12, -54, 135};
+    int set_threshold_ada__ada_staticPalm_2014_12_05__17_40_12_r0[5] = {-84, -57, -12, -54, 75};
     short set_weak_classifiers_rmct_n_ada__ada_staticPalm_2014_12_05__17_40_12_r0[5] = {24, 60, 115, 421, 448};
     short set_weak_classifiers_haar_n_ada__ada_staticPalm_2014_12_05__17_40_12_r0[5] = {0, 0, 35, 79, 91};
     short set_weak_classifiers_hog_n_ada__ada_staticPalm_2014_12_05__17_40_12_r0[5] = {0, 0, 0, 0, 315};
@@ -1780,7 +1780,7 @@ static CascadedClassifier& build_ada__ada_staticPalm_2014_12_05__17_40_12_r0() {
 }
 
 static CascadedClassifier& build_ada__ada_staticPalm_2014_12_05__17_40_12_r1() {
-    int set_threshold_ada__ada_staticPalm_2014_12_05__17_40_12_r1[5] = {-84, -65, -17, -59, 132};
+    int set_threshold_ada__ada_staticPalm_2014_12_05__17_40_12_r1[5] = {-84, -65, -17, -59, 72};
     short set_weak_classifiers_rmct_n_ada__ada_staticPalm_2014_12_05__17_40_12_r1[5] = {24, 60, 118, 405, 439};
     short set_weak_classifiers_haar_n_ada__ada_staticPalm_2014_12_05__17_40_12_r1[5] = {0, 0, 32, 95, 101};
     short set_weak_classifiers_hog_n_ada__ada_staticPalm_2014_12_05__17_40_12_r1[5] = {0, 0, 0, 0, 314};
@@ -3541,7 +3541,7 @@ static CascadedClassifier& build_ada__ada_staticPalm_2014_12_05__17_40_12_r1() {
 }
 
 static CascadedClassifier& build_ada__ada_staticPalm_2014_12_05__17_40_12_r2() {
-    int set_threshold_ada__ada_staticPalm_2014_12_05__17_40_12_r2[5] = {-80, -52, -19, -48, 136};
+    int set_threshold_ada__ada_staticPalm_2014_12_05__17_40_12_r2[5] = {-80, -52, -19, -48, 76};
     short set_weak_classifiers_rmct_n_ada__ada_staticPalm_2014_12_05__17_40_12_r2[5] = {24, 60, 121, 408, 433};
     short set_weak_classifiers_haar_n_ada__ada_staticPalm_2014_12_05__17_40_12_r2[5] = {0, 0, 29, 92, 86};
     short set_weak_classifiers_hog_n_ada__ada_staticPalm_2014_12_05__17_40_12_r2[5] = {0, 0, 0, 0, 335};
@@ -5397,8 +5397,7 @@ DLL_DECLSPEC ClassifierRing* ada__ada_staticPalm_2014_12_05__17_40_12() {
         "stage 4 of ada__ada_staticPalm_2014_12_05__17_40_12_r2: 408 RMCT, 92 Haar, 0 HOG, threshold -48; palms 24063 kept 1.0000, unseen 9772 kept 0.9752; negatives 16000+8000 kept 0.1720; before this stage 0.00143 of the windows of 1472 scenes passed\n"
         "stage 5 of ada__ada_staticPalm_2014_12_05__17_40_12_r0: 448 RMCT, 91 Haar, 315 HOG, threshold 75; palms 24959 kept 1.0000, unseen 8578 kept 0.9208; negatives 16000+8000 kept 0.0000; before this stage 0.000225 of the windows of 3232 scenes passed\n"
         "stage 5 of ada__ada_staticPalm_2014_12_05__17_40_12_r1: 439 RMCT, 101 Haar, 314 HOG, threshold 72; palms 24975 kept 1.0000, unseen 8580 kept 0.9203; negatives 16000+8000 kept 0.0000; before this stage 0.000529 of the windows of 1696 scenes passed\n"
-        "stage 5 of ada__ada_staticPalm_2014_12_05__17_40_12_r2: 433 RMCT, 86 Haar, 335 HOG, threshold 76; palms 24996 kept 1.0000, unseen 8597 kept 0.9206; negatives 16000+8000 kept 0.0000; before this stage 0.000266 of the windows of 3424 scenes passed\n"
-        "last thresholds shifted by 60\n";
+        "stage 5 of ada__ada_staticPalm_2014_12_05__17_40_12_r2: 433 RMCT, 86 Haar, 335 HOG, threshold 76; palms 24996 kept 1.0000, unseen 8597 kept 0.9206; negatives 16000+8000 kept 0.0000; before this stage 0.000266 of the windows of 3424 scenes passed\n";
     return &ring;
 }
 
