@@ -4,11 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <random>
 #include <sstream>
 
-#include "KZ_DrawRegression.h"
 #include "KZ_Math.h"
 #include "KZ_Utils.h"
 #include "LogCapture.h"
@@ -39,56 +37,27 @@ float distance(const Matrix& a, const Matrix& b) {
 
 }  // namespace
 
-TEST(Matrix, CreationKeepsOrReplacesCells) {
+TEST(Matrix, CopiesAreDeepAndSizesChecked) {
     Matrix m = matrix(2, 2, {1, 2, 3, 4});
     m.create(Size(2, 2));
     EXPECT_EQ(3, m[2]);
     const Matrix copy(m);
-    m = Point3d(7, 8, 9);
-    EXPECT_EQ(Size(1, 3), m.size());
-    EXPECT_EQ(Point3d(7, 8, 9), Point3d(m));
-    EXPECT_EQ(4, copy[3]) << "copies are deep";
-    m = copy;
     m[0] = 50;
     EXPECT_EQ(1, copy[0]);
-    m = Matrix();
-    EXPECT_TRUE(m.isEmpty());
+    m = Point3d(7, 8, 9);
+    EXPECT_EQ(Point3d(7, 8, 9), Point3d(m));
     EXPECT_THROW(m.create(Size(1 << 16, 1 << 16)), std::bad_alloc);
     EXPECT_THROW(m.create(Size(-1, -5)), std::bad_alloc);
 }
 
 TEST(Matrix, Refusals) {
-    Matrix m = matrix(3, 2, {1, 2, 3, 4, 5, 6});
-    const Matrix square = matrix(2, 2, {1, 2, 3, 4});
-    Matrix out;
-    struct Row {
-        std::function<void()> run;
-        const char* condition;
-        const char* detail;
-    };
-    const Row rows[] = {
-        {[&] { m[6] = 0; }, "k < size_.area()", "6 >= 6\n"},
-        {[&] { m[-1] = 0; }, "k >= 0", "-1\n"},
-        {[&] { Matrix(Size(4, 4)).determinant(); }, "false", nullptr},
-        {[&] { invert(m, out); }, "inputMatrix.size().width == inputMatrix.size().height",
-         "matrix is not square\n"},
-        {[&] { m.deleteRows(0, 2); }, "rowEnd < (int) size_.height", "rowEnd > size_.width;\n"},
-        {[&] { m.deleteColumns(0, 3); }, "colEnd < (int)size_.width", nullptr},
-        {[&] { m += square; }, "(size_) == (other.size_)", "Size(3, 2) != Size(2, 2)\n"},
-        {[&] { m *= m; }, "(a.size().width) == (b.size().height)", "3 != 2\n"},
-        {[&] { m.swapRows(0, 2); }, "row >= 0 && row < size_.height", nullptr},
-        {[&] { (void)Point3d(square); }, "size_.area() == 3", nullptr},
-        {[&] { (void)PointF(square); }, "size_.area() == 2", nullptr},
-        {[&] { applyHomography(PointF(), m); }, "matrix.size() == Size(3, 3)", nullptr},
-        {[&] { applyAffineTransformation(PointF(), square); },
-         "matrix.size() == Size(3, 2) || matrix.size() == Size(3, 3)", nullptr},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(row.condition, conditionOf(row.run));
-        if (row.detail) {
-            EXPECT_EQ(row.detail, assertionOf(row.run));
-        }
-    }
+    Matrix m = matrix(3, 2, {1, 2, 3, 4, 5, 6}), out;
+    EXPECT_EQ("6 >= 6\n", assertionOf([&] { m[6] = 0; }));
+    EXPECT_EQ("-1\n", assertionOf([&] { m[-1] = 0; }));
+    EXPECT_EQ("matrix is not square\n", assertionOf([&] { invert(m, out); }));
+    EXPECT_EQ("rowEnd > size_.width;\n", assertionOf([&] { m.deleteRows(0, 2); }));
+    EXPECT_EQ("3 != 2\n", assertionOf([&] { m *= m; }));
+    EXPECT_EQ("row >= 0 && row < size_.height", conditionOf([&] { m.swapRows(0, 2); }));
 }
 
 TEST(Matrix, ArithmeticByHand) {
@@ -125,22 +94,15 @@ TEST(Matrix, Inverses) {
             if (n > 2) m.swapRows(0, n - 1);  // a first pivot that is not the best one
             Matrix inverse = m;
             ASSERT_TRUE(inverse.invert());
-            EXPECT_LT(distance(m * inverse,
-                               [&] {
-                                   Matrix identity;
-                                   identity.makeIdentity(n);
-                                   return identity;
-                               }()),
-                      1e-4f);
+            Matrix identity;
+            identity.makeIdentity(n);
+            EXPECT_LT(distance(identity, m * inverse), 1e-4f);
         }
     Matrix zeroPivot = matrix(3, 3, {0, 1, 0, 1, 0, 0, 0, 0, 2});
     EXPECT_TRUE(zeroPivot.invert());
     EXPECT_EQ(0, distance(matrix(3, 3, {0, 1, 0, 1, 0, 0, 0, 0, 0.5f}), zeroPivot));
 
-    const Matrix singular[] = {matrix(2, 2, {1, 2, 2, 4}),
-                               matrix(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9}), matrix(1, 1, {0}),
-                               Matrix()};
-    for (const Matrix& m : singular) {
+    for (const Matrix& m : {matrix(2, 2, {1, 2, 2, 4}), matrix(1, 1, {0}), Matrix()}) {
         Matrix out = m;
         EXPECT_FALSE(out.invert());
         EXPECT_EQ(0, distance(m, out));
@@ -158,41 +120,30 @@ TEST(Matrix, PseudoInverses) {
         EXPECT_LT(distance((x * a).transpose(), x * a), 2e-3f);
     };
     std::mt19937 random(762);
-    const Size sizes[] = {Size(2, 2), Size(4, 2), Size(2, 5), Size(1, 3)};
-    for (const Size& size : sizes) {
+    for (const Size& size : {Size(2, 2), Size(4, 2), Size(2, 5), Size(1, 3)}) {
         const Matrix m = randomMatrix(size.width, size.height, random);
         expectInverse(m, pseudoInverseIterative(m));
     }
     const Matrix deficient = matrix(3, 3, {1, 2, 3, 2, 4, 6, 1, 0, 1});
     expectInverse(deficient, pseudoInverseIterative(deficient));
-    EXPECT_EQ(Size(2, 3), pseudoInverseIterative(matrix(3, 2, {0, 0, 0, 0, 0, 0})).size());
     for (const std::vector<float>& cells :
          {std::vector<float>{4, 1, 2, 3}, {1, 2, 2, 4}, {0, 3, 0, 1}, {0, 0, 0, 0}})
         expectInverse(matrix(2, 2, cells), pseudoInverse2x2(matrix(2, 2, cells)));
 }
 
 TEST(Matrix, TransformationsOfPoints) {
-    EXPECT_TRUE(rotationMatrix2d(0).isIdentity(2));
-    EXPECT_FALSE(rotationMatrix2d(0).isIdentity(3));
     const float quarter = 1.5707963f;
-    struct Row {
-        Matrix m;
-        Point3d x;
-    };
     // Where the axes y, z, x go under a quarter turn about x, y, z: to the next axis.
-    const Row rows[] = {{rotation3dX(quarter) * Matrix(Point3d(0, 1, 0)), Point3d(0, 0, 1)},
-                        {rotation3dY(quarter) * Matrix(Point3d(0, 0, 1)), Point3d(1, 0, 0)},
-                        {rotation3dZ(quarter) * Matrix(Point3d(1, 0, 0)), Point3d(0, 1, 0)}};
-    for (const Row& row : rows) EXPECT_LT(distance(Matrix(row.x), row.m), 1e-6f);
+    const Matrix x(Point3d(1, 0, 0)), y(Point3d(0, 1, 0)), z(Point3d(0, 0, 1));
+    EXPECT_LT(distance(z, rotation3dX(quarter) * y), 1e-6f);
+    EXPECT_LT(distance(x, rotation3dY(quarter) * z), 1e-6f);
+    EXPECT_LT(distance(y, rotation3dZ(quarter) * x), 1e-6f);
     EXPECT_EQ(PointF(-3, 4), applyAffineTransformation(PointF(3, 4), mirrorOY()));
 
     const Matrix toSystem = transformToCS(PointF(10, 20), quarter);
     const PointF inSystem = applyAffineTransformation(PointF(10, 23), toSystem);
     EXPECT_NEAR(3, inSystem.x, 1e-5f);
     EXPECT_NEAR(0, inSystem.y, 1e-5f);
-    const PointF vector = applyAffineTransformationToVec(PointF(0, 3), toSystem);
-    EXPECT_NEAR(3, vector.x, 1e-5f);
-    EXPECT_NEAR(0, vector.y, 1e-5f);
     EXPECT_EQ(PointF(5, 2.5f),
               applyHomography(PointF(9, 4), matrix(3, 3, {1, 0, 1, 0, 1, 1, 0, 0.25f, 1})));
 }
@@ -203,7 +154,6 @@ TEST(Regression, RecoversLinesAndCoefficients) {
     EXPECT_FLOAT_EQ(0.8f, slope);
     EXPECT_FLOAT_EQ(-798.7f, intercept);
     EXPECT_FALSE(regression({{1, 1}, {1, 3}}, slope, intercept));
-    EXPECT_FALSE(regression({}, slope, intercept));
 
     std::mt19937 random(763);
     const Matrix x = randomMatrix(3, 30, random);
@@ -211,30 +161,8 @@ TEST(Regression, RecoversLinesAndCoefficients) {
     Matrix found;
     ASSERT_TRUE(linearRegressionMat(x, x * truth, found));
     EXPECT_LT(distance(truth, found), 1e-4f);
-    EXPECT_FALSE(
-        linearRegressionMat(matrix(2, 3, {1, 2, 2, 4, 3, 6}), matrix(1, 3, {1, 2, 3}), found));
-
-    EXPECT_FLOAT_EQ(1, computeR2({1, 2, 3}, {1, 2, 3}));
-    EXPECT_FLOAT_EQ(0, computeR2({1, 2, 3}, {2, 2, 2}));
     EXPECT_FLOAT_EQ(0.5f, computeR2({1, 2, 3}, {2, 2, 3}));
     EXPECT_FLOAT_EQ(0, computeR2({5, 5}, {5, 6}));
-}
-
-// A steep line leaves the image above and below; one far away leaves it untouched.
-TEST(Regression, LineIsDrawnInsideTheImage) {
-    const float rows[][3] = {// slope, intercept, pixels
-                             {0.5f, 2, 32},
-                             {-1e6f, 16e6f, 20},
-                             {0, 1e9f, 0},
-                             {1, 500, 0},
-                             {0, 19, 32}};
-    for (const auto& row : rows) {
-        Image image(Size(32, 20), COLOR_MODE_MONO);
-        zero(image);
-        EXPECT_TRUE(
-            drawRegression(image, {{0, row[1]}, {64, 64 * row[0] + row[1]}}, Color::WHITE, 1));
-        EXPECT_EQ(row[2], std::count(image.data(), image.data() + 640, 255)) << row[0];
-    }
 }
 
 TEST(Matrix, TextFormReadsBackExactly) {
@@ -248,12 +176,7 @@ TEST(Matrix, TextFormReadsBackExactly) {
     stream >> back;
     EXPECT_EQ(toStr(m), toStr(back));
     EXPECT_EQ(m[5], back[5]);
-    EXPECT_EQ("Size(2, 1)\n1 2\n", toStr(matrix(2, 1, {1, 2})));
-
-    const char* const bad[] = {
-        "Size(2, 2)\n1 2 3", "Size(2, 1)\n1 x", "Size(-1, 2)\n", "Size(30000, 30000)\n1 2", "",
-        "Size(2, 1)\n1 2x"};
-    for (const char* text : bad) {
+    for (const char* text : {"Size(2, 2)\n1 2 3", "Size(-1, 2)\n", "Size(30000, 30000)\n1 2"}) {
         std::istringstream input(text);
         EXPECT_NE("no failure", conditionOf([&] { input >> back; })) << text;
         EXPECT_EQ(toStr(m), toStr(back));

@@ -1,17 +1,14 @@
-#include <gtest/gtest.h>
+#include "KZ_RotateImage.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "KZ_InterpolatedRow.h"
 #include "KZ_Matrix.h"
-#include "KZ_RotateImage.h"
 #include "LogCapture.h"
 #include "TestImages.h"
 
-using KZ::Image;
-using KZ::PointF;
-using KZ::Size;
+using namespace KZ;
 using testing_support::assertionOf;
 
 namespace {
@@ -45,9 +42,7 @@ int sample(const Image& source, int x, int y, int channel) {
 
 int expectedInterpolated(const Image& source, Position p, int channel, bool extend) {
     const int limitX = (source.width() - 1) * 256 - 1, limitY = (source.height() - 1) * 256 - 1;
-    Position inside = p;
-    inside.x = std::clamp(p.x, 0, limitX);
-    inside.y = std::clamp(p.y, 0, limitY);
+    const Position inside = {std::clamp(p.x, 0, limitX), std::clamp(p.y, 0, limitY)};
     if (!extend && (inside.x != p.x || inside.y != p.y)) return 0;
     return sample(source, inside.x, inside.y, channel);
 }
@@ -67,10 +62,10 @@ int expectedMean(const Image& source, Position p, int channel, float zoom, bool 
 }
 
 void expectTurned(const Image& source, const Turn& turn, bool extend) {
-    GuardedImage guarded(31, 23, source.colorMode(), 5);
+    GuardedImage guarded(Size(31, 23), source.colorMode(), 5);
     Image& target = guarded.image;
-    KZ::rotateAndZoomImage(source, target, turn.angle, turn.zoom, turn.center, turn.targetCenter,
-                           extend);
+    rotateAndZoomImage(source, target, turn.angle, turn.zoom, turn.center, turn.targetCenter,
+                       extend);
     EXPECT_TRUE(guarded.paddingKept());
     SCOPED_TRACE(testing::Message() << "angle " << turn.angle << " zoom " << turn.zoom);
     expectValues(target, [&](int x, int y, int c) {
@@ -83,12 +78,11 @@ void expectTurned(const Image& source, const Turn& turn, bool extend) {
 TEST(RotateAndZoomImage, AgreesWithTheDefinition) {
     std::mt19937 random(31);
     std::uniform_real_distribution<float> angle(-4, 4), place(-20, 80);
-    for (const KZ::ColorMode mode : {KZ::COLOR_MODE_MONO, KZ::COLOR_MODE_BGR, KZ::COLOR_MODE_RGBA})
+    for (const ColorMode mode : {COLOR_MODE_MONO, COLOR_MODE_BGR, COLOR_MODE_RGBA})
         for (const float zoom : {0.3f, 1.0f, 1.152f, 3.0f, 3.01f, 7.9f, 60.0f})
             for (int i = 0; i < 4; ++i) {
-                if (mode == KZ::COLOR_MODE_RGBA && zoom <= 3) continue;
-                GuardedImage source(57, 44, mode, 3);
-                source.randomize(random);
+                if (mode == COLOR_MODE_RGBA && zoom <= 3) continue;
+                const GuardedImage source(Size(57, 44), mode, 3);
                 const Turn turn = {i ? angle(random) : 0, zoom,
                                    PointF(place(random), place(random)),
                                    PointF(place(random) / 3, place(random) / 3)};
@@ -96,15 +90,14 @@ TEST(RotateAndZoomImage, AgreesWithTheDefinition) {
             }
 }
 
-class InterpolatedRows : public testing::TestWithParam<KZ::InterpolatedRowVariant> {};
+class InterpolatedRows : public testing::TestWithParam<InterpolatedRowVariant> {};
 
 // Rows of all lengths and directions that run in, out and past a corner of a view whose neighbours
 // cannot be read; the last view is wider than 16 bits.
 TEST_P(InterpolatedRows, AgreeWithTheDefinition) {
     std::mt19937 random(32);
     for (const Size size : {Size(2, 2), Size(40, 31), Size(3, 300), Size(33000, 3)}) {
-        GuardedImage source(size.width, size.height, KZ::COLOR_MODE_MONO, 3);
-        source.randomize(random);
+        const GuardedImage source(size, COLOR_MODE_MONO, 3);
         const int limitX = (size.width - 1) * 256 - 1, limitY = (size.height - 1) * 256 - 1;
         for (int width = 0; width <= 70; ++width) {
             const int stepX = int(random() % 1201) - 600, stepY = int(random() % 1201) - 600;
@@ -130,95 +123,77 @@ TEST_P(InterpolatedRows, AgreeWithTheDefinition) {
         }
     }
 }
-INSTANTIATE_TEST_SUITE_P(Variants, InterpolatedRows,
-                         testing::ValuesIn(KZ::interpolatedRowVariants()),
+INSTANTIATE_TEST_SUITE_P(Variants, InterpolatedRows, testing::ValuesIn(interpolatedRowVariants()),
                          [](const auto& variant) { return variant.param.name; });
 
-TEST(RotateAndZoomImageAverage, PositionsTruncateTowardsZero) {
-    unsigned char pixels[] = {7, 8, 9, 10}, result = 0;
-    Image source, target;
-    source.createRef(pixels, Size(2, 2), KZ::COLOR_MODE_MONO);
-    target.createRef(&result, Size(1, 1), KZ::COLOR_MODE_MONO);
-    KZ::rotateAndZoomImageAverage(source, target, 0, 1, PointF(-.9f, 1.5f), PointF(), false);
-    EXPECT_EQ(9, result);
-}
-
 TEST(RotateAndZoomImage, WithoutTargetCentreTheMiddleOfPixelsCounts) {
-    std::mt19937 random(33);
-    GuardedImage source(12, 9, KZ::COLOR_MODE_MONO);
-    source.randomize(random);
-    Image target(Size(12, 9), KZ::COLOR_MODE_MONO), smaller(Size(10, 7), KZ::COLOR_MODE_MONO);
-    EXPECT_FALSE(KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(5.5f, 4), true));
-    EXPECT_TRUE(KZ::rotateAndZoomImage(source.image, smaller, 0, 1, 1, PointF(5.5f, 4), false));
+    const GuardedImage source(Size(12, 9), COLOR_MODE_MONO);
+    Image target(Size(12, 9), COLOR_MODE_MONO), smaller(Size(10, 7), COLOR_MODE_MONO);
+    EXPECT_FALSE(rotateAndZoomImage(source.image, target, 0, 1, PointF(5.5f, 4), true));
+    EXPECT_TRUE(rotateAndZoomImage(source.image, smaller, 0, 1, 1, PointF(5.5f, 4), false));
+    expectValues(smaller, [&](int x, int y, int) { return byteAt(source.image, x + 1, y + 1); });
     for (int y = 0; y < 8; ++y)
-        for (int x = 0; x < 11; ++x) {
-            EXPECT_EQ(byteAt(source.image, x, y), byteAt(target, x, y));
-            if (x >= 10 || y >= 7) continue;
-            EXPECT_EQ(byteAt(source.image, x + 1, y + 1), byteAt(smaller, x, y));
-        }
+        for (int x = 0; x < 11; ++x) EXPECT_EQ(byteAt(source.image, x, y), byteAt(target, x, y));
+    Image bgr(Size(4, 4), COLOR_MODE_BGR);
+    EXPECT_EQ("have COLOR_MODE_MONO, but need COLOR_MODE_BGR\n",
+              assertionOf([&] { rotateAndZoomImage(target, bgr, 0, 1, PointF(), true); }));
+    EXPECT_EQ("different zooms not implemented yet\n",
+              assertionOf([&] { rotateAndZoomImage(target, smaller, 0, 1, 2, PointF(), true); }));
 }
 
 // A frame of one row or column has no neighbours to read; places far off do not overflow.
 TEST(RotateAndZoomImage, ExtremeSizesAndPlaces) {
-    std::mt19937 random(34);
-    Image target(Size(5, 4), KZ::COLOR_MODE_MONO);
+    Image target(Size(5, 4), COLOR_MODE_MONO);
     for (const Size size : {Size(1, 6), Size(7, 1), Size(1, 1), Size(6, 6)}) {
-        GuardedImage source(size.width, size.height, KZ::COLOR_MODE_MONO);
-        source.randomize(random);
+        const GuardedImage source(size, COLOR_MODE_MONO);
         const int last = byteAt(source.image, size.width - 1, size.height - 1);
         for (const float far : {1e6f, 3e9f, 1e38f}) {
-            KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(far, far), true);
+            rotateAndZoomImage(source.image, target, 0, 1, PointF(far, far), true);
             const bool isThin = size.width < 2 || size.height < 2;
             EXPECT_EQ(isThin ? last : byteAt(target, 0, 0), byteAt(target, 4, 3));
-            KZ::rotateAndZoomImage(source.image, target, 0, 1, PointF(-far, far), false);
+            rotateAndZoomImage(source.image, target, 0, 1, PointF(-far, far), false);
             EXPECT_EQ(0, byteAt(target, 2, 2));
         }
     }
-}
-
-TEST(RotateAndZoomImage, Refusals) {
-    Image mono(Size(8, 8), KZ::COLOR_MODE_MONO), bgr(Size(4, 4), KZ::COLOR_MODE_BGR);
-    const PointF center(3, 3);
-    EXPECT_EQ("have COLOR_MODE_MONO, but need COLOR_MODE_BGR\n",
-              assertionOf([&] { KZ::rotateAndZoomImage(mono, bgr, 0, 1, center, true); }));
-    EXPECT_EQ("different zooms not implemented yet\n",
-              assertionOf([&] { KZ::rotateAndZoomImage(mono, mono, 0, 1, 1.1f, center, true); }));
+    // Positions truncate towards zero: -0.9 is column 0.
+    const Image source = imageOf<unsigned char>(Size(2, 2), COLOR_MODE_MONO, {7, 8, 9, 10});
+    Image pixel(Size(1, 1), COLOR_MODE_MONO);
+    rotateAndZoomImageAverage(source, pixel, 0, 1, PointF(-.9f, 1.5f), PointF(), false);
+    EXPECT_EQ(9, byteAt(pixel, 0, 0));
+    // A block as large as the picture still fits.
+    rotateAndZoomImageAverage(source, pixel, 0, 2, PointF(1, 1), PointF(), false);
+    EXPECT_EQ(8, byteAt(pixel, 0, 0));
 }
 
 TEST(AllInside, CornersMapStrictlyInside) {
-    struct Row {
-        const char* what;
+    const struct {
         float angle, zoom;
         PointF center;
         bool expected;
+    } rows[] = {
+        {0, 1, PointF(1, 1), true},          // touches left and top
+        {0, 1, PointF(.99f, 1), false},      // sticks out to the left
+        {0, 1, PointF(7.99f, 4), true},      // just before the last column
+        {0, 1, PointF(8, 4), false},         // on the last column
+        {0, 1, PointF(4, 6), false},         // on the last row
+        {.785f, 1, PointF(1.2f, 4), false},  // a corner of the turned square sticks out
     };
-    const Row rows[] = {
-        {"touches left and top", 0, 1, PointF(1, 1), true},
-        {"sticks out to the left", 0, 1, PointF(.99f, 1), false},
-        {"just before the last column", 0, 1, PointF(7.99f, 4), true},
-        {"on the last column", 0, 1, PointF(8, 4), false},
-        {"on the last row", 0, 1, PointF(4, 6), false},
-        {"a corner of the turned square sticks out", .785f, 1, PointF(1.2f, 4), false},
-        {"zoomed too large", 0, 4, PointF(4.5f, 3.5f), false},
-    };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(row.expected,
-                  KZ::allInside(Size(10, 8), Size(3, 3), KZ::rotationMatrix2d(row.angle) * row.zoom,
-                                row.center, PointF(1, 1)))
-            << row.what;
+                  allInside(Size(10, 8), Size(3, 3), rotationMatrix2d(row.angle) * row.zoom,
+                            row.center, PointF(1, 1)))
+            << row.center;
 }
 
 TEST(GetRotatedFrameSize, BlendsByTheSquaredCosine) {
     const float pi = 3.14159265f;
-    struct Row {
-        float radians;
-        Size expected;
-    };
-    const Row rows[] = {{0, Size(640, 480)},  {pi / 2, Size(480, 640)}, {-pi / 2, Size(480, 640)},
-                        {pi, Size(640, 480)}, {pi / 3, Size(520, 600)}, {.1f, Size(638, 482)}};
-    for (const Row& row : rows)
-        EXPECT_EQ(row.expected, KZ::getRotatedFrameSize(Size(640, 480), row.radians))
-            << row.radians;
+    const std::pair<float, Size> rows[] = {{0, {640, 480}},
+                                           {pi / 2, {480, 640}},
+                                           {-pi / 2, {480, 640}},
+                                           {pi / 3, {520, 600}},
+                                           {.1f, {638, 482}}};
+    for (const auto& row : rows)
+        EXPECT_EQ(row.second, getRotatedFrameSize(Size(640, 480), row.first)) << row.first;
 }
 
 }  // namespace

@@ -1,16 +1,12 @@
 #include "KZ_Color.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "KZ_ColorConversion.h"
 #include "KZ_IntegralImage.h"
 #include "KZ_MonoRow.h"
 #include "KZ_RmctTransform.h"
-#include "KZ_Sobel.h"
 #include "LogCapture.h"
 #include "TestImages.h"
 
@@ -83,62 +79,36 @@ Bytes expectedPixel(ColorMode from, ColorMode to, const unsigned char* p) {
     }
 }
 
-struct Conversion {
-    const char* name;
+const struct {
     ColorMode from, to;
     void (*run)(const Image&, Image&, const Rect&);
+} CONVERSIONS[] = {
+    {COLOR_MODE_BGR, COLOR_MODE_MONO, bgrToMono},   {COLOR_MODE_RGB, COLOR_MODE_MONO, rgbToMono},
+    {COLOR_MODE_RGBA, COLOR_MODE_MONO, rgbaToMono}, {COLOR_MODE_YUV, COLOR_MODE_MONO, yuvToMono},
+    {COLOR_MODE_BGR, COLOR_MODE_YUV, bgrToYuv},     {COLOR_MODE_RGB, COLOR_MODE_YUV, rgbToYuv},
+    {COLOR_MODE_RGBA, COLOR_MODE_YUV, rgbaToYuv},   {COLOR_MODE_MONO, COLOR_MODE_YUV, monoToYuv},
+    {COLOR_MODE_YUV, COLOR_MODE_BGR, yuvToBgr},     {COLOR_MODE_YUV, COLOR_MODE_RGB, yuvToRgb},
+    {COLOR_MODE_YUV, COLOR_MODE_RGBA, yuvToRgba},   {COLOR_MODE_BGR, COLOR_MODE_RGB, bgrToRgb},
+    {COLOR_MODE_RGB, COLOR_MODE_BGR, rgbToBgr},     {COLOR_MODE_RGBA, COLOR_MODE_BGR, rgbaToBgr},
+    {COLOR_MODE_BGR, COLOR_MODE_RGBA, bgrToRgba},   {COLOR_MODE_RGB, COLOR_MODE_RGBA, rgbToRgba},
+    {COLOR_MODE_MONO, COLOR_MODE_BGR, monoToBgr},   {COLOR_MODE_MONO, COLOR_MODE_RGB, monoToRgb},
+    {COLOR_MODE_MONO, COLOR_MODE_RGBA, monoToRgba},
 };
-
-const Conversion CONVERSIONS[] = {
-    {"bgrToMono", COLOR_MODE_BGR, COLOR_MODE_MONO, bgrToMono},
-    {"rgbToMono", COLOR_MODE_RGB, COLOR_MODE_MONO, rgbToMono},
-    {"rgbaToMono", COLOR_MODE_RGBA, COLOR_MODE_MONO, rgbaToMono},
-    {"yuvToMono", COLOR_MODE_YUV, COLOR_MODE_MONO, yuvToMono},
-    {"bgrToYuv", COLOR_MODE_BGR, COLOR_MODE_YUV, bgrToYuv},
-    {"rgbToYuv", COLOR_MODE_RGB, COLOR_MODE_YUV, rgbToYuv},
-    {"rgbaToYuv", COLOR_MODE_RGBA, COLOR_MODE_YUV, rgbaToYuv},
-    {"monoToYuv", COLOR_MODE_MONO, COLOR_MODE_YUV, monoToYuv},
-    {"yuvToBgr", COLOR_MODE_YUV, COLOR_MODE_BGR, yuvToBgr},
-    {"yuvToRgb", COLOR_MODE_YUV, COLOR_MODE_RGB, yuvToRgb},
-    {"yuvToRgba", COLOR_MODE_YUV, COLOR_MODE_RGBA, yuvToRgba},
-    {"bgrToRgb", COLOR_MODE_BGR, COLOR_MODE_RGB, bgrToRgb},
-    {"rgbToBgr", COLOR_MODE_RGB, COLOR_MODE_BGR, rgbToBgr},
-    {"rgbaToBgr", COLOR_MODE_RGBA, COLOR_MODE_BGR, rgbaToBgr},
-    {"bgrToRgba", COLOR_MODE_BGR, COLOR_MODE_RGBA, bgrToRgba},
-    {"rgbToRgba", COLOR_MODE_RGB, COLOR_MODE_RGBA, rgbToRgba},
-    {"monoToBgr", COLOR_MODE_MONO, COLOR_MODE_BGR, monoToBgr},
-    {"monoToRgb", COLOR_MODE_MONO, COLOR_MODE_RGB, monoToRgb},
-    {"monoToRgba", COLOR_MODE_MONO, COLOR_MODE_RGBA, monoToRgba},
-};
-
-bool inside(const Rect& rect, int x, int y) {
-    return rect == Rect() || (x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom);
-}
-
-void expectConverted(const Conversion& conversion, const Size& size, const Rect& rect) {
-    const GuardedImage source(size, conversion.from, 5, 17);
-    GuardedImage target(size, conversion.to, 2, 18);
-    conversion.run(source.image, target.image, rect);
-    EXPECT_TRUE(target.paddingKept());
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x) {
-            const Bytes expected =
-                expectedPixel(conversion.from, conversion.to, source.image.data(x, y));
-            for (int c = 0; c < target.image.depth(); ++c)
-                ASSERT_EQ(inside(rect, x, y) ? expected[size_t(c)] : target.before(x, y, c),
-                          target.image.data(x, y)[c])
-                    << size << rect << " at " << x << ", " << y << ", " << c;
-        }
-}
 
 }  // namespace
 
 // Views with gaps, odd widths, last pixels before an unreadable page, parts of the image.
 TEST(ColorConversion, EveryPairOfByteModes) {
-    for (const Conversion& conversion : CONVERSIONS) {
-        SCOPED_TRACE(conversion.name);
-        for (const Size& size : oddSizes())
-            for (const Rect& rect : rectsIn(size)) expectConverted(conversion, size, rect);
+    for (const auto& conversion : CONVERSIONS) {
+        SCOPED_TRACE(testing::Message() << conversion.from << " to " << conversion.to);
+        expectOnViews(
+            conversion.from, conversion.to,
+            [&](const Image& source, const Image&, Image& target, const Rect& rect) {
+                conversion.run(source, target, rect);
+            },
+            [&](const Image& source, const Image&, int x, int y, int c) {
+                return expectedPixel(conversion.from, conversion.to, source.data(x, y))[size_t(c)];
+            });
         Image target;
         EXPECT_EQ("(source).colorMode() == (" + std::string(colorModeName(conversion.from)) + ")",
                   conditionOf([&] { conversion.run(Image(), target, Rect()); }));
@@ -168,46 +138,16 @@ TEST_P(MonoRows, AgreeWithTheDefinition) {
 INSTANTIATE_TEST_SUITE_P(Variants, MonoRows, testing::ValuesIn(monoRowVariants()),
                          [](const auto& variant) { return variant.param.name; });
 
-TEST(ColorConversion, KnownPixels) {
-    struct Row {
-        const char* what;
-        ColorMode mode;
-        Bytes pixel;
-        void (*run)(const Image&, Image&, const Rect&);
-        Bytes expected;
-    };
-    const Row rows[] = {
-        {"white luma", COLOR_MODE_BGR, {255, 255, 255}, bgrToMono, {235}},
-        {"rounding parts mono from Y", COLOR_MODE_RGB, {2, 0, 0}, rgbToMono, {16}},
-        {"rounding parts Y from mono", COLOR_MODE_RGB, {2, 0, 0}, rgbToYuv, {17, 128, 129}},
-        {"lightest Y", COLOR_MODE_YUV, {235, 128, 128}, yuvToBgr, {255, 255, 255}},
-        {"519, not 516", COLOR_MODE_YUV, {100, 171, 128}, yuvToRgba, {98, 81, 185, 255}},
-        {"-210, not -208", COLOR_MODE_YUV, {100, 128, 192}, yuvToRgb, {200, 45, 98}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        Image target;
-        row.run(imageOf(Size(1, 1), row.mode, row.pixel), target, Rect());
-        EXPECT_EQ(row.expected, cellsOf<unsigned char>(target));
-    }
-}
-
 TEST(ColorConversion, SixteenBitAndFloat) {
-    const float inf = std::numeric_limits<float>::infinity();
-    const float nan = std::numeric_limits<float>::quiet_NaN();
     const Image shades = imageOf<uint16_t>(Size(4, 1), COLOR_MODE_MONO16, {0, 3, 300, 65535});
-    const Image floats =
-        imageOf<float>(Size(7, 1), COLOR_MODE_FLOAT, {-1, 0.9f, 254.99f, 1e30f, -inf, inf, nan});
+    const Image floats = imageOf<float>(Size(7, 1), COLOR_MODE_FLOAT,
+                                        {-1, 0.9f, 254.99f, 1e30f, -INFINITY, INFINITY, NAN});
     Image target;
     mono16ToMono(shades, target, 1.0f);
     EXPECT_EQ((Bytes{0, 3, 255, 255}), cellsOf<unsigned char>(target));
-    mono16ToMono(shades, target, -0.5f);
-    EXPECT_EQ((Bytes{0, 0, 0, 0}), cellsOf<unsigned char>(target));
     mono16ToRgba(shades, target, 0.5f);
     EXPECT_EQ((Bytes{0, 0, 0, 255, 1, 1, 1, 255, 150, 150, 150, 255, 255, 255, 255, 255}),
               cellsOf<unsigned char>(target));
-    mono16ToRgb(shades, target, 2.0f, Rect(1, 0, 2, 1));
-    EXPECT_EQ(6, target.data(1, 0)[2]);
     mono16ToFloat(shades, target, 0.5f);
     EXPECT_EQ((std::vector<float>{0, 1.5f, 150, 32767.5f}), cellsOf<float>(target));
     monoToFloat(imageOf<unsigned char>(Size(2, 1), COLOR_MODE_MONO, {1, 255}), target, 0.25f);
@@ -217,8 +157,6 @@ TEST(ColorConversion, SixteenBitAndFloat) {
     EXPECT_EQ((Bytes{0, 0, 254, 255, 0, 255, 0}), cellsOf<unsigned char>(target));
     floatToMono(floats, target, 100, 10, Rect(0, 0, 2, 1));
     EXPECT_EQ((Bytes{90, 109, 254, 255, 0, 255, 0}), cellsOf<unsigned char>(target));
-    floatToBgr(imageOf<float>(Size(1, 1), COLOR_MODE_FLOAT, {7.5f}), target, 1, 2);
-    EXPECT_EQ((Bytes{16, 16, 16}), cellsOf<unsigned char>(target));
     floatToFloat2(imageOf<float>(Size(1, 2), COLOR_MODE_FLOAT, {7.5f, -1}), target);
     EXPECT_EQ((std::vector<float>{7.5f, 0, -1, 0}), cellsOf<float>(target));
 }
@@ -226,51 +164,41 @@ TEST(ColorConversion, SixteenBitAndFloat) {
 TEST(ColorConversion, Depth) {
     const Image depths =
         imageOf<uint16_t>(Size(7, 1), COLOR_MODE_DEPTH, {0, 499, 500, 2750, 4999, 5000, 6000});
-    Image target;
+    Image target, bgr;
     depthToMono(depths, target, 500, 5000);
     EXPECT_EQ((Bytes{0, 0, 0, 127, 254, 255, 311 - 256}), cellsOf<unsigned char>(target));
     EXPECT_EQ("(maxDepth) > (minDepth)",
               conditionOf([&] { depthToMono(depths, target, 500, 500); }));
-    EXPECT_EQ("7 <= 9\n", assertionOf([&] { depthToBgr(depths, target, 9, 7); }));
-
-    Image rgb, bgr;
-    depthToRgb(depths, rgb, 500, 5000);
+    depthToRgb(depths, target, 500, 5000);
     depthToBgr(depths, bgr, 500, 5000);
-    EXPECT_EQ((Bytes{255, 0, 0}), Bytes(rgb.data(2, 0), rgb.data(3, 0)));
-    EXPECT_EQ((Bytes{0, 0, 255}), Bytes(rgb.data(5, 0), rgb.data(6, 0)));
+    EXPECT_EQ((Bytes{255, 0, 0}), Bytes(target.data(2, 0), target.data(3, 0)));
     EXPECT_EQ((Bytes{255, 0, 0}), Bytes(bgr.data(6, 0), bgr.data(6, 0) + 3));
 }
 
 // A dispatcher takes exactly the listed modes; a mode's own kind is copied into any view.
-TEST(ColorConversion, DispatchersRefuseOtherModes) {
-    struct Row {
-        const char* name;
+TEST(ColorConversion, DispatchersTakeTheirModes) {
+    const struct {
         void (*run)(const Image&, Image&, const Rect&);
         ColorMode target;
         std::vector<int> modes;
-    };
-    const Row rows[] = {{"toMono", toMono, COLOR_MODE_MONO, {1, 3, 6, 7, 8, 9, 11}},
-                        {"toBgr", toBgr, COLOR_MODE_BGR, {1, 2, 3, 6, 7, 8, 9, 11}},
-                        {"toRgb", toRgb, COLOR_MODE_RGB, {1, 2, 3, 6, 7, 8}},
-                        {"toRgba", toRgba, COLOR_MODE_RGBA, {1, 2, 6, 7, 8, 9}},
-                        {"toYuv", toYuv, COLOR_MODE_YUV, {1, 6, 7, 8, 9}}};
-    for (const Row& row : rows)
+    } rows[] = {{toMono, COLOR_MODE_MONO, {1, 3, 6, 7, 8, 9, 11}},
+                {toBgr, COLOR_MODE_BGR, {1, 2, 3, 6, 7, 8, 9, 11}},
+                {toRgb, COLOR_MODE_RGB, {1, 2, 3, 6, 7, 8}},
+                {toRgba, COLOR_MODE_RGBA, {1, 2, 6, 7, 8, 9}},
+                {toYuv, COLOR_MODE_YUV, {1, 6, 7, 8, 9}}};
+    for (const auto& row : rows)
         for (int mode = 0; mode < COLOR_MODE_END; ++mode) {
-            SCOPED_TRACE(std::string(row.name) + " " + colorModeName(ColorMode(mode)));
+            const std::string name = colorModeName(ColorMode(mode));
+            SCOPED_TRACE(name + " to " + colorModeName(row.target));
             const GuardedImage source(Size(5, 3), ColorMode(mode), 8, 4);
             Image target;
-            const bool handled =
-                std::find(row.modes.begin(), row.modes.end(), mode) != row.modes.end();
-            EXPECT_EQ(handled ? "no failure"
-                              : "color mode not handled: " +
-                                    std::string(colorModeName(ColorMode(mode))) + "\n",
+            const bool handled = std::count(row.modes.begin(), row.modes.end(), mode) != 0;
+            EXPECT_EQ(handled ? "no failure" : "color mode not handled: " + name + "\n",
                       assertionOf([&] { row.run(source.image, target, Rect()); }));
             EXPECT_EQ(handled ? row.target : COLOR_MODE_UNDEFINED, target.colorMode());
             EXPECT_EQ(mode == row.target, source.image == target);
         }
-}
-
-TEST(ColorConversion, DispatchersScale) {
+    // Each has its scale for numbers.
     Image target;
     const Image two = imageOf<uint16_t>(Size(1, 1), COLOR_MODE_MONO16, {2});
     const Image half = imageOf<float>(Size(1, 1), COLOR_MODE_FLOAT, {1.5f});
@@ -285,47 +213,32 @@ TEST(ColorConversion, DispatchersScale) {
 }
 
 TEST(ColorConversion, FeaturePlanesByMode) {
-    const GuardedImage mono(Size(9, 6), COLOR_MODE_MONO, 3, 5);
-    Image rmct, integral, gradient, target;
+    const GuardedImage mono(Size(9, 6), COLOR_MODE_MONO, 3);
+    Image rmct, integral, target;
     computeRmct(mono.image, rmct);
     computeIntegral(mono.image, integral);
-    SobelGradient(mono.image, gradient);
-    for (const Image* expected : {&rmct, &integral, &gradient}) {
+    for (const Image* expected : {&rmct, &integral}) {
         toColorMode(mono.image, target, expected->colorMode());
         EXPECT_TRUE(*expected == target) << colorModeName(expected->colorMode());
     }
-    toColorMode(mono.image, target, COLOR_MODE_RGBA);
-    EXPECT_EQ(COLOR_MODE_RGBA, target.colorMode());
-    EXPECT_EQ("color mode not handled: COLOR_MODE_FLOAT\n",
-              assertionOf([&] { toColorMode(mono.image, target, COLOR_MODE_FLOAT); }));
-}
-
-TEST(ColorMode, RefusesTheEndMark) {
-    EXPECT_STREQ("COLOR_MODE_END", colorModeName(COLOR_MODE_END));
-    EXPECT_EQ("false", conditionOf([] { depth(COLOR_MODE_END); }));
-    EXPECT_EQ("16\n", assertionOf([] { depth(COLOR_MODE_END); }));
 }
 
 TEST(Color, PreparedWords) {
-    struct Row {
+    const struct {
         Color color;
         ColorMode mode;
         uint32_t expected;
-    };
-    const Row rows[] = {
-        {Color::WHITE, COLOR_MODE_MONO, 0xFFFFFFFF},
+    } rows[] = {
         {Color(10, 20, 30, 40), COLOR_MODE_MONO, 0x28121212},
         {Color(10, 20, 30, 40), COLOR_MODE_BGR, 0x280A141E},
         {Color(10, 20, 30, 40), COLOR_MODE_RGB, 0x281E140A},
         {Color::ORANGE, COLOR_MODE_RGBA, 0xFF00A5FF},
-        {Color::WHITE, COLOR_MODE_YUV, 0xFF8080EB},
         {Color::RED, COLOR_MODE_YUV, 0xFFEF5A51},
         {Color::BLUE, COLOR_MODE_YUV, 0xFF6EEF28},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(row.expected, row.color.prepareColor(row.mode)) << row.mode;
-    for (ColorMode mode :
-         {COLOR_MODE_MONO16, COLOR_MODE_DEPTH, COLOR_MODE_GRADIENT, COLOR_MODE_RMCT})
-        EXPECT_EQ("wrong color mode: " + std::string(colorModeName(mode)) + "\n",
-                  assertionOf([&] { Color::RED.prepareColor(mode); }));
+    EXPECT_EQ("wrong color mode: COLOR_MODE_DEPTH\n",
+              assertionOf([] { Color::RED.prepareColor(COLOR_MODE_DEPTH); }));
+    EXPECT_EQ("16\n", assertionOf([] { depth(COLOR_MODE_END); }));
 }

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
+#include <regex>
 
 namespace testing_support {
 
@@ -35,26 +36,15 @@ Assertion parseAssertion(const std::vector<LogRecord>& records, const std::strin
     if (thrown != "assertion") return malformed("thrown text is \"" + thrown + "\"");
     if (records.size() < 2) return malformed("fewer than two records");
     const LogRecord& first = records[records.size() - 2];
-    const LogRecord& second = records[records.size() - 1];
+    const LogRecord& second = records.back();
     if (first.priority != 6 || second.priority != 6) return malformed("priority is not 6");
     if (!second.text.empty()) return malformed("second record is not empty");
 
-    const std::string start = "Assertion `", afterCondition = "` failed in ", beforeLine = " line ",
-                      beforeFunction = ", function ", beforeDetail = ":    \n";
-    const size_t condition = first.text.find(start);
-    const size_t file = first.text.find(afterCondition);
-    const size_t line = first.text.find(beforeLine, file);
-    const size_t function = first.text.find(beforeFunction, line);
-    const size_t detail = first.text.find(beforeDetail, function);
-    if (condition != 0 || detail == std::string::npos) return malformed("not an assertion text");
-    Assertion parts;
-    parts.condition = first.text.substr(start.size(), file - start.size());
-    const size_t fileStart = file + afterCondition.size();
-    parts.file = first.text.substr(fileStart, line - fileStart);
-    const size_t functionStart = function + beforeFunction.size();
-    parts.function = first.text.substr(functionStart, detail - functionStart);
-    parts.detail = first.text.substr(detail + beforeDetail.size());
-    return parts;
+    static const std::regex form(
+        "Assertion `([^]*?)` failed in ([^]*?) line \\d+, function ([^]*?):    \n([^]*)");
+    std::smatch parts;
+    if (!std::regex_match(first.text, parts, form)) return malformed("not an assertion text");
+    return Assertion{parts[1], parts[2], parts[3], parts[4]};
 }
 
 }  // namespace testing_support

@@ -29,16 +29,6 @@ private:
     LogCapture* outer_;
 };
 
-/// Runs `call` and returns the detail line of the assertion that it fails, with its line break.
-/// Returns "no failure" when it returns, and an explanation when the two records or the thrown
-/// text are not those of an assertion.
-template <typename Call>
-std::string assertionOf(Call call);
-
-/// Like assertionOf, but returns the condition between the quotes of "Assertion `...` failed".
-template <typename Call>
-std::string conditionOf(Call call);
-
 /// The parts of an assertion's log text.
 struct Assertion {
     std::string condition;
@@ -50,6 +40,7 @@ struct Assertion {
 /// Reads the records of a failed assertion; a malformed sequence gives a `detail` that says so.
 Assertion parseAssertion(const std::vector<LogRecord>& records, const std::string& thrown);
 
+/// The assertion that `call` fails; condition and detail are "no failure" when it returns.
 template <typename Call>
 Assertion failureOf(Call call) {
     LogCapture capture;
@@ -61,11 +52,13 @@ Assertion failureOf(Call call) {
     return Assertion{"no failure", "", "", "no failure"};
 }
 
+/// The detail line of the assertion that `call` fails, with its line break.
 template <typename Call>
 std::string assertionOf(Call call) {
     return failureOf(call).detail;
 }
 
+/// The condition between the quotes of "Assertion `...` failed".
 template <typename Call>
 std::string conditionOf(Call call) {
     return failureOf(call).condition;

@@ -23,7 +23,7 @@ using namespace testing_support;
 
 namespace {
 
-// Folders of profiles that were asked for, and the error that the platform answers with.
+// Folders of profiles that were asked for, and the error that the platform answers.
 std::vector<std::string> madeFolders;
 int folderError = EEXIST;
 
@@ -36,7 +36,6 @@ public:
     using ViDetectorInterface::parameters_;
     using ViDetectorInterface::resetCount_;
     using ViDetectorInterface::stateAggregator_;
-    using ViDetectorInterface::viEngineInfo_;
 
     void init(const std::string& parameters) override {
         started += parameters;
@@ -48,9 +47,9 @@ public:
     std::function<void()> onFrame = [] {};
 };
 
-ViFrameParameters frameOf(const Image& image, const char* name = "mono") {
+ViFrameParameters frameOf(const Image& image) {
     ViFrameParameters params;
-    params.images[name].createRef(image);
+    params.images["mono"].createRef(image);
     return params;
 }
 
@@ -71,21 +70,15 @@ extern "C" int mkdir(const char* path, mode_t mode) noexcept {
 }
 
 TEST(FrameDriver, OptionsGatherAsOneCommandLine) {
-    LogCapture log;
     Engine engine;
-    EXPECT_EQ(0u, log.records().at(0).text.find("Build time: "));
     engine.setParameter("a", nullptr);
-    engine.setParameter("a", "");
     engine.setParameter("size", "Size(2, 3)");
-    EXPECT_EQ(" --a --a --size=\"Size(2, 3)\"", engine.parameters_);
+    EXPECT_EQ(" --a --size=\"Size(2, 3)\"", engine.parameters_);
     EXPECT_EQ(0, engine.init());
     EXPECT_EQ(engine.parameters_, engine.started);
     EXPECT_EQ("Size(2, 3)", engine.commandLineParser_.getString("--size"));
     engine.processFrame(frameOf(Image(Size(4, 4), COLOR_MODE_MONO)));
     EXPECT_EQ("", engine.parameters_);
-
-    engine.setParameter("size=\"broken", nullptr);
-    EXPECT_NE("no failure", conditionOf([&] { engine.init(); }));
 }
 
 TEST(FrameDriver, DetectorSeesImagesNumberAndParameters) {
@@ -120,28 +113,8 @@ TEST(FrameDriver, DetectorSeesImagesNumberAndParameters) {
     EXPECT_EQ(std::vector<int>({116, 0, 117, 1, 118, 2}), seen);
     DebugImages::reset();
 
-    const auto failure = failureOf([&] {
-        params.images["other"].createRef(image);
-        engine.processFrame(params);
-    });
-    EXPECT_EQ("imageDatas_.count(it->first) > 0", failure.condition);
-    EXPECT_EQ("no key 'other' in imageDatas_\n", failure.detail);
-}
-
-TEST(FrameDriver, LogParameterIsWrittenAsItIs) {
-    Engine engine;
-    ViFrameParameters params = frameOf(Image(Size(4, 4), COLOR_MODE_MONO));
-    params.parameters = {{"log", "x"}, {"other", "y"}};
-    LogCapture log;
-    engine.processFrame(params);
-    ASSERT_EQ(1u, log.records().size());
-    EXPECT_EQ("x", log.records()[0].text);
-    getLogLevel() = 1;
-    engine.processFrame(params);
-    getLogLevel() = 2;
-    ASSERT_EQ(5u, log.records().size());
-    const std::string line = log.records()[3].text;
-    EXPECT_EQ(std::string(20, ' ') + "other = y\n", line.substr(line.size() - 30));
+    params.images["other"].createRef(image);
+    EXPECT_EQ("no key 'other' in imageDatas_\n", assertionOf([&] { engine.processFrame(params); }));
 }
 
 TEST(FrameDriver, ExceptionCostsResultsAndTrackingOnly) {
@@ -166,41 +139,19 @@ TEST(FrameDriver, FlipsInTheFirstImageAndListsKeys) {
     engine.init();
     engine.onFrame = [] {
         ViResult& result = ViResultState::viResult;
-        result.rects = {RectF(10, 20, 50, 60), RectF(10.25f, 20.5f, 50.75f, 60.75f),
-                        RectF(320.5f, -1.5f, 321.25f, 0)};
+        result.rects = {RectF(10.25f, 20.5f, 50.75f, 60.75f), RectF(320.5f, -1.5f, 321.25f, 0)};
         result.points = {PointF(10, 20)};
         result.points3d = {Point3d(10, 20, 30)};
         result.parameters = {{{"b", "1"}, {"a", "2"}}, {}, {{"key-ring", "old"}}};
     };
     const ViResult& result = engine.processFrame(frameOf(Image(Size(320, 4), COLOR_MODE_MONO)));
-    EXPECT_EQ(RectF(270, 20, 310, 60), result.rects[0]);
-    EXPECT_EQ(RectF(269, 20, 309, 60), result.rects[1]);
-    EXPECT_EQ("Rect(-1, -1, 0, 0)", toStr(result.rects[2]));
+    EXPECT_EQ(RectF(269, 20, 309, 60), result.rects[0]);
+    EXPECT_EQ("Rect(-1, -1, 0, 0)", toStr(result.rects[1]));
     EXPECT_EQ(PointF(309, 20), result.points[0]);
     EXPECT_EQ(Point3d(10, 20, 30), result.points3d[0]);
     EXPECT_EQ("a b ", result.parameters[0].at("key-ring"));
     EXPECT_TRUE(result.parameters[1].empty());
     EXPECT_EQ("key-ring ", result.parameters[2].at("key-ring"));
-    EXPECT_EQ("no image to flip the results in\n", assertionOf([] {
-                  Engine blind;
-                  blind.flipResults();
-              }));
-}
-
-TEST(FrameDriver, DescriptionFollowsTheImages) {
-    Engine engine;
-    ViFrameParameters params = frameOf(Image(Size(4, 4), COLOR_MODE_MONO), "mono-b");
-    params.images["mono-a"] = Image(Size(4, 4), COLOR_MODE_MONO);
-    EXPECT_TRUE(engine.getEngineInfo().imageNames.empty());
-    engine.processFrame(params);
-    EXPECT_EQ(std::vector<std::string>({"mono-a", "mono-b"}), engine.getEngineInfo().imageNames);
-    engine.viEngineInfo_.imageNames[1] = "mono-c";
-    EXPECT_EQ("imageDatas_.count(viEngineInfo_.imageNames[i])",
-              conditionOf([&] { engine.getEngineInfo(); }));
-    engine.viEngineInfo_.imageNames.pop_back();
-    const auto failure = failureOf([&] { engine.getEngineInfo(); });
-    EXPECT_EQ("(viEngineInfo_.imageNames.size()) == (imageDatas_.size())", failure.condition);
-    EXPECT_EQ("1 != 2\n", failure.detail);
 }
 
 TEST(FrameDriver, ProfileFolderIsAskedForEveryHundredFramesAndOnReset) {

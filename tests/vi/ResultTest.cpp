@@ -14,58 +14,44 @@ using namespace KZ;
 using testing_support::assertionOf;
 
 TEST(ViInterface, ImageNamesBeginWithTheirMode) {
-    struct Row {
-        const char* name;
-        ColorMode mode;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, ColorMode> rows[] = {
         {"mono16x", COLOR_MODE_MONO16}, {"mono-16", COLOR_MODE_MONO},  {"rgba", COLOR_MODE_RGBA},
         {"rgb left", COLOR_MODE_RGB},   {"float2", COLOR_MODE_FLOAT2}, {"yuvmono", COLOR_MODE_YUV},
     };
-    for (const Row& row : rows) EXPECT_EQ(row.mode, ViInterface::parseImageName(row.name));
-    for (const std::string name : {"xmono", "", "Mono", "ushort"})
+    for (const auto& row : rows) EXPECT_EQ(row.second, ViInterface::parseImageName(row.first));
+    for (const std::string name : {"xmono", ""})
         EXPECT_EQ("cannot parse color mode from " + name + "\n",
                   assertionOf([&] { ViInterface::parseImageName(name); }));
 }
 
-TEST(ViResult, TextHasEveryList) {
-    ViResult result;
-    result.gestures = {"a\"b", "c"};
-    result.rects = {RectF(1, 2, 3, 4.5f)};
-    result.parameters = {{{"k", "v"}}};
-    EXPECT_EQ(
-        "ViResult(\n\tgestures=[\"a\\\"b\", \"c\"]\n\tfloats=[]\n\trects=[Rect(1, 2, 3, 4.5)]"
-        "\n\tpoints=[]\n\tpoints3d=[]\n\tparameters=[{\"k\"=\"v\"}]\n\timages=[]\n)",
-        toStr(result));
-}
-
-TEST(ViResultState, TableHasTheListsThatAreNotEmpty) {
+TEST(ViResult, TextAndTable) {
     ViResultState state;
-    const auto dot = [&] {
-        std::ostringstream stream;
-        static_cast<BaseState&>(state).saveToDot(stream, nullptr);
-        return stream.str();
-    };
-    const std::string head =
-        "<tr><td border=\"1\">ViResultState</td><td align=\"left\" border=\"1\">";
     ViResult& result = ViResultState::viResult;
     result.reset();
     result.images.resize(1);
-    EXPECT_EQ(head + "</td></tr>\n", dot());
-    result.floats = {1, .5f};
+    result.gestures = {"a\"b", "c"};
     result.points = {PointF(1, 2), PointF(3, 4)};
+    result.parameters = {{{"k", "v"}}};
+    EXPECT_EQ(
+        "ViResultState(ViResult(\n\tgestures=[\"a\\\"b\", \"c\"]\n\tfloats=[]\n\trects=[]"
+        "\n\tpoints=[PointF(1, 2), PointF(3, 4)]\n\tpoints3d=[]\n\tparameters=[{\"k\"=\"v\"}]"
+        "\n\timages=[" +
+            toStr(Image()) + "]\n))",
+        toStr<BaseState>(state));
+    result.gestures.clear();
+    result.parameters.clear();
+    result.floats = {1, .5f};
+    std::ostringstream dot;
+    static_cast<BaseState&>(state).saveToDot(dot, nullptr);
     const std::string table = "<table border=\"0\" cellspacing=\"0\">";
-    EXPECT_EQ(head + table +
+    EXPECT_EQ("<tr><td border=\"1\">ViResultState</td><td align=\"left\" border=\"1\">" + table +
                   "\n  <tr><td border=\"1\">floats</td><td border=\"1\">[1, 0.5]</td></tr>\n"
                   "  <tr><td border=\"1\">points</td><td border=\"1\">" +
                   table +
                   "<tr><td border=\"1\">PointF(1, 2)</td></tr>"
                   "<tr><td border=\"1\">PointF(3, 4)</td></tr></table></td></tr>\n"
                   "</table></td></tr>\n",
-              dot());
-    EXPECT_EQ("ViResultState(" + toStr(result) + ")", toStr<BaseState>(state));
-    state.reset();
-    EXPECT_EQ(2u, result.floats.size());
+              dot.str());
     result.reset();
 }
 
@@ -85,8 +71,6 @@ TEST(DebugImages, KeepsScaledCopiesAndSavesThem) {
     Image loaded;
     loaded.load(folder + "/01_b.pgm");
     EXPECT_EQ(DebugImages::debugImages_[1].image, loaded);
-    loaded.load(folder + "/00_a.pgm");
-    EXPECT_EQ(Size(4, 2), loaded.size());
     DebugImages::reset();
     EXPECT_TRUE(DebugImages::debugImages_.empty());
 }

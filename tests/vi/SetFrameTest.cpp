@@ -1,5 +1,3 @@
-#include <climits>
-
 #include "GuardedBuffer.h"
 #include "KZ_Yuv420Converter.h"
 #include "LogCapture.h"
@@ -12,62 +10,58 @@ namespace {
 
 class SetFrameTest : public ViTest {
 protected:
-    SetFrameTest() : buffer(8 * 6) {
+    SetFrameTest() : buffer(8 * 6) {}
+    void SetUp() override {
         unsigned seed = 5;
         for (unsigned char& byte : buffer) byte = (seed = seed * 1103515245u + 12345u) >> 16;
     }
 
-    // What the engine is given for `buffer`, taken as 8 by 6 bytes.
-    KZ::Image intake(const char* name, const char* format, bool zoom, int width, int height) {
+    // Sets the first `width` by `height` bytes or pixels of `buffer`.
+    void set(const char* name, const char* format, bool zoom, int width, int height) {
         info().imageNames = {name};
         info().parameters.clear();
         if (format) info().parameters["image-format"] = format;
         if (swapRedBlue) info().parameters["swap-red-blue"] = swapRedBlue;
         zoomTwice = zoom;
         VI_SetFrame(buffer.data(), width, height, 0);
+    }
+    // What the engine is given.
+    KZ::Image processed(const char* name) {
         VI_ProcessFrame();
-        KZ::Image image;
-        image.createRef(engine->frame.images[name]);
-        pixels = image.data();
-        return image;
+        pixels = engine->frame.images[name].data();
+        return engine->frame.images[name];
+    }
+    KZ::Image intake(const char* name, const char* format, bool zoom, int width, int height) {
+        set(name, format, zoom, width, height);
+        return processed(name);
     }
 
     GuardedBuffer<unsigned char> buffer;
     const char* swapRedBlue = nullptr;
-    const unsigned char* pixels = nullptr;  // of the last intake
+    const unsigned char* pixels = nullptr;  // of the last frame
 };
 
 }  // namespace
 
+// Converted pixels are the library's own: the caller may reuse its buffer.
 TEST_F(SetFrameTest, ConvertsByFormat) {
-    struct Row {
-        const char* format;
-        const char* swap;
+    const struct {
+        const char *format, *swap;
         bool zoom, uFirst, swapped;
-    };
-    const Row rows[] = {{nullptr, nullptr, false, false, false},
-                        {"17", "0", true, false, false},
-                        {"17", "1", true, false, true},
-                        {"35", nullptr, false, true, false},
-                        {"35", "2", true, true, true}};
-    KZ::Image source, expected;
-    source.createRef(buffer.data(), Size(8, 6), KZ::COLOR_MODE_BGR);
-    for (const Row& row : rows) {
+    } rows[] = {{nullptr, nullptr, false, false, false},
+                {"17", "0", true, false, false},
+                {"17", "1", true, false, true},
+                {"35", "2", true, true, true}};
+    for (const auto& row : rows) {
+        SetUp();
+        KZ::Image source, expected;
+        source.createRef(buffer.data(), Size(8, 6), KZ::COLOR_MODE_BGR);
         swapRedBlue = row.swap;
         KZ::yuv420toBgr(source, expected, row.zoom, row.swapped, row.uFirst);
-        EXPECT_EQ(expected, intake("bgr", row.format, row.zoom, 8, 6));
+        set("bgr", row.format, row.zoom, 8, 6);
+        for (unsigned char& byte : buffer) byte = 0;
+        EXPECT_EQ(expected, processed("bgr"));
     }
-    EXPECT_EQ(Size(4, 2), expected.size());
-}
-
-TEST_F(SetFrameTest, ConvertedPixelsAreTheLibrarysOwn) {
-    VI_SetFrame(buffer.data(), 8, 6, 0);
-    KZ::Image source, expected;
-    source.createRef(buffer.data(), Size(8, 6), KZ::COLOR_MODE_BGR);
-    KZ::yuv420toBgr(source, expected, false, false, false);
-    for (unsigned char& byte : buffer) byte = 0;
-    VI_ProcessFrame();
-    EXPECT_EQ(expected, engine->frame.images["bgr"]);
 }
 
 // The buffer ends where a picture of the told size does: nothing beyond it is touched.
@@ -85,34 +79,28 @@ TEST_F(SetFrameTest, TakesGreyAndPackedPicturesAsTheyAre) {
 }
 
 TEST_F(SetFrameTest, RefusesAndFilesNothing) {
-    struct Row {
+    const struct {
         const char *name, *format;
         int width, height, i;
-        const char *condition, *detail;
-    };
-    const Row rows[] = {
-        {"bgr", "17", 8, 6, -1, "(i) >= (0)", "-1 < 0\n"},
-        {"bgr", "17", 8, 6, 1,
-         "(i) < ((int)ViInterfaceSingleton::get()->getEngineInfo().imageNames.size())", "1 >= 1\n"},
-        {"bgr", "18", 8, 6, 0, "imageFormat == 17 || imageFormat == 35 || imageFormat == 41",
+        const char* detail;
+    } rows[] = {
+        {"bgr", "17", 8, 6, -1, "-1 < 0\n"},
+        {"bgr", "17", 8, 6, 1, "1 >= 1\n"},
+        {"bgr", "18", 8, 6, 0,
          "Unsupported image format for android: 18. For now only (17)NV21, (35)YUV_421_888, "
          "(41)FLEX_RGB_888 iterpreted as BGR24\n\n"},
-        {"rgb", "35", 8, 6, 0, "0", "unsupported color mode: COLOR_MODE_RGB\n"},
-        {"camera", "17", 8, 6, 0, "0", "cannot parse color mode from camera\n"},
-        {"mono", "17", -8, -6, 0, "width >= 0", "wrong frame size Size(-8, -6)\n"},
-        {"bgr", "41", INT_MAX, INT_MAX, 0, "width >= 0",
-         "wrong frame size Size(2147483647, 2147483647)\n"},
-        {"bgr", "17", 8, 2, 0, "rect.area()", "empty rect: Rect(0, 0, 8, 0)\n"},
-        {"mono", "17", 8, 0, 0, "rect.area()", "empty rect: Rect(0, 0, 8, 0)\n"},
+        {"rgb", "35", 8, 6, 0, "unsupported color mode: COLOR_MODE_RGB\n"},
+        {"camera", "17", 8, 6, 0, "cannot parse color mode from camera\n"},
+        {"mono", "17", -8, -6, 0, "wrong frame size Size(-8, -6)\n"},
+        {"bgr", "41", 40000, 20000, 0, "wrong frame size Size(40000, 20000)\n"},
+        {"bgr", "17", 8, 2, 0, "empty rect: Rect(0, 0, 8, 0)\n"},
+        {"mono", "17", 8, 0, 0, "empty rect: Rect(0, 0, 8, 0)\n"},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.detail);
+    for (const auto& row : rows) {
         info().imageNames = {row.name};
         info().parameters["image-format"] = row.format;
-        const auto failure =
-            failureOf([&] { VI_SetFrame(buffer.data(), row.width, row.height, row.i); });
-        EXPECT_EQ(0u, failure.condition.find(row.condition)) << failure.condition;
-        EXPECT_EQ(row.detail, failure.detail);
+        EXPECT_EQ(row.detail,
+                  assertionOf([&] { VI_SetFrame(buffer.data(), row.width, row.height, row.i); }));
         EXPECT_TRUE(viFrameParameters.images.empty());
         expectNoLockHeld();
     }
