@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <sstream>
 
 #include "AdaSupport.h"
@@ -25,35 +26,27 @@ std::string fileText(const std::string& path) {
 
 // Up to three cascades as the palm's, with their ring.
 struct Palm {
-    std::vector<CascadedClassifier> cascades;
-    std::vector<CascadedClassifier*> pointers;
-    ClassifierRing ring;
-
-    explicit Palm(int count, int numHog = 3, bool symmetric = false)
-        : cascades(made(count, numHog, symmetric)), pointers(pointersTo(cascades)), ring(pointers) {
-        ring.setName("palm");
-        ring.generatePossibilities();
-    }
-    static std::vector<CascadedClassifier> made(int count, int numHog, bool symmetric) {
+    explicit Palm(int count, int numHog = 3, bool symmetric = false) : cascades(size_t(count)) {
         Random random(20260321);
-        std::vector<CascadedClassifier> cascades;
-        for (int i = 0; i < count; ++i) {
-            cascades.push_back(randomCascade(random, i == 1 ? KZ::Size(11, 9) : SIZE, numHog));
-            cascades.back().setAngle(30 * (i - 1));
-            cascades.back().setSymmetry(symmetric);
-        }
-        return cascades;
-    }
-    static std::vector<CascadedClassifier*> pointersTo(std::vector<CascadedClassifier>& cascades) {
         std::vector<CascadedClassifier*> pointers;
-        for (CascadedClassifier& cascade : cascades) pointers.push_back(&cascade);
-        return pointers;
+        for (CascadedClassifier& cascade : cascades) {
+            cascade = randomCascade(random, pointers.size() == 1 ? KZ::Size(11, 9) : SIZE, numHog);
+            cascade.setAngle(30 * (static_cast<int>(pointers.size()) - 1));
+            cascade.setSymmetry(symmetric);
+            pointers.push_back(&cascade);
+        }
+        ring = std::make_unique<ClassifierRing>(pointers);
+        ring->setName("palm");
+        ring->generatePossibilities();
     }
     std::string saved() const {
         const std::string path = testing::TempDir() + "ada_saved.ring";
-        ring.save(path);
+        ring->save(path);
         return fileText(path);
     }
+
+    std::vector<CascadedClassifier> cascades;
+    std::unique_ptr<ClassifierRing> ring;
 };
 
 KZ::Image transformed(const KZ::Image& image, const ClassifierProperties::Transformation& way) {
@@ -88,14 +81,13 @@ std::vector<std::vector<int>> hits(CascadedClassifier& cascade, const KZ::Image&
 TEST(ClassifierRing, PosesThatFollow) {
     const int rows[][4] = {{0, true, 4, 1}, {30, true, 8, 2}, {0, false, 8, 2}, {30, false, 8, 2}};
     for (const auto& row : rows) {
-        Palm palm(1);
+        Palm palm(1, 0, row[1] != 0);
         palm.cascades[0].setAngle(row[0]);
-        palm.cascades[0].setSymmetry(row[1] != 0);
-        palm.ring.generatePossibilities();
-        EXPECT_EQ(row[2], static_cast<int>(palm.ring.possibilities.size())) << row[0];
-        palm.ring.angleRange = KZ::AngleRange(-30, 30);
-        palm.ring.generatePossibilities();
-        EXPECT_EQ(row[3], static_cast<int>(palm.ring.possibilities.size())) << row[0];
+        for (const int count : {row[2], row[3]}) {
+            palm.ring->generatePossibilities();
+            EXPECT_EQ(static_cast<size_t>(count), palm.ring->possibilities.size()) << row[0];
+            palm.ring->angleRange = KZ::AngleRange(-30, 30);
+        }
     }
 }
 
@@ -106,12 +98,12 @@ TEST(ClassifierRing, DerivedCascadesSeeTransformedPictures) {
     const KZ::Image image = randomImage(random, KZ::Size(70, 50));
     for (size_t pose = 0; pose < 16; ++pose) {
         Palm palm(1, 0, pose >= 8);
-        const ClassifierProperties wanted = palm.ring.possibilities[pose % 8];
-        CascadedClassifier& base = palm.ring.baseClassifier(0);
+        const ClassifierProperties wanted = palm.ring->possibilities[pose % 8];
+        CascadedClassifier& base = palm.ring->baseClassifier(0);
         const auto way = base.transformCost(wanted);
         const auto expected = hits(base, image, way);
         EXPECT_GT(expected.size(), 50u);
-        const auto derived = palm.ring.getClassifiers(KZ::AngleRange(wanted.angle), wanted.side);
+        const auto derived = palm.ring->getClassifiers(KZ::AngleRange(wanted.angle), wanted.side);
         ASSERT_EQ(1u, derived.size());
         EXPECT_EQ(expected, hits(*derived[0], transformed(image, way))) << wanted.angle;
         EXPECT_EQ(way.rotations % 2 ? KZ::Size(10, 12) : SIZE, derived[0]->monoSize);
@@ -129,14 +121,14 @@ TEST(ClassifierRing, DerivedCascadesSeeTransformedPictures) {
 
 TEST(ClassifierRing, CascadesAreMadeOnceAndTakeThresholds) {
     Palm palm(3);
-    const auto first = palm.ring.getClassifiers(KZ::AngleRange(-30, 30), KZ::Side::BOTH);
-    const auto again = palm.ring.getClassifiers(KZ::AngleRange(-30, 30), KZ::Side::BOTH);
+    const auto first = palm.ring->getClassifiers(KZ::AngleRange(-30, 30), KZ::Side::BOTH);
+    const auto again = palm.ring->getClassifiers(KZ::AngleRange(-30, 30), KZ::Side::BOTH);
     EXPECT_EQ(6u, first.size());
     EXPECT_TRUE(std::is_permutation(first.begin(), first.end(), again.begin(), again.end()));
-    EXPECT_EQ(3, palm.ring.getNumClassifiers());
+    EXPECT_EQ(3, palm.ring->getNumClassifiers());
 
-    palm.ring.setLastCascadeThreshold(-40);
-    const auto detector = palm.ring.getDetector(KZ::AngleRange(-30, 30), KZ::Side::RIGHT, 4);
+    palm.ring->setLastCascadeThreshold(-40);
+    const auto detector = palm.ring->getDetector(KZ::AngleRange(-30, 30), KZ::Side::RIGHT, 4);
     EXPECT_EQ(-40, detector->getClassifierThreshold());
     detector->setClassifierThreshold(12);
     detector->setClassifierThreshold(0x7fffffff);
@@ -147,24 +139,24 @@ TEST(ClassifierRing, CascadesAreMadeOnceAndTakeThresholds) {
 TEST(ClassifierRing, FileRoundTrip) {
     for (const int count : {0, 1, 3}) {
         Palm palm(count);
-        palm.ring.setConfig({{"falsePositive1", "5"}, {"negative", "/a b/c=d"}, {"empty", ""}});
-        palm.ring.log = "log\nstage 1\n\nstage 2 = 7\n";
+        palm.ring->setConfig({{"falsePositive1", "5"}, {"negative", "/a b/c=d"}, {"empty", ""}});
+        palm.ring->log = "log\nstage 1\n\nstage 2 = 7\n";
         const std::string saved = palm.saved();
-        const auto config = palm.ring.config;
-        palm.ring = ClassifierRing(testing::TempDir() + "ada_saved.ring");
-        EXPECT_EQ(config, palm.ring.config);
-        EXPECT_EQ("stage 1\n\nstage 2 = 7\n", palm.ring.log);
-        ASSERT_EQ(count, palm.ring.getNumClassifiers());
+        const auto config = palm.ring->config;
+        *palm.ring = ClassifierRing(testing::TempDir() + "ada_saved.ring");
+        EXPECT_EQ(config, palm.ring->config);
+        EXPECT_EQ("stage 1\n\nstage 2 = 7\n", palm.ring->log);
+        ASSERT_EQ(count, palm.ring->getNumClassifiers());
         for (int i = 0; i < count; ++i)
-            EXPECT_TRUE(palm.cascades[i] == palm.ring.baseClassifier(i));
-        palm.ring.log.insert(0, "log\n");
+            EXPECT_TRUE(palm.cascades[i] == palm.ring->baseClassifier(i));
+        palm.ring->log.insert(0, "log\n");
         EXPECT_TRUE(saved == palm.saved());
     }
     // The source form of the palm's own ring is tested where it is in the tree, but for a log.
     Palm palm(1);
-    palm.ring.log = "log\nwhat?\?/ \"quoted\" \\ 100%\n";
+    palm.ring->log = "log\nwhat?\?/ \"quoted\" \\ 100%\n";
     const std::string path = testing::TempDir() + "ada_palm.cpp";
-    palm.ring.saveHeader(path);
+    palm.ring->saveHeader(path);
     EXPECT_NE(std::string::npos,
               fileText(path).find("        \"what\\?\\?/ \\\"quoted\\\" \\\\ 100%\\n\";\n"));
 }

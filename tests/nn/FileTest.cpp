@@ -8,7 +8,6 @@
 #include <new>
 #include <sstream>
 
-#include "Allocations.h"
 #include "EveryLayer.h"
 #include "LogCapture.h"
 #include "NnSupport.h"
@@ -31,40 +30,30 @@ void read(const std::string& bytes, NnDetector& network) {
     archive& network;
 }
 
-/// Bytes one after the other: numbers in four bytes, texts with their final zero.
-class Bytes {
-public:
-    template <typename T>
-    Bytes& operator<<(T value) {
-        static_assert(sizeof(T) == 4, "a number of four bytes");
-        text.append(reinterpret_cast<const char*>(&value), 4);
-        return *this;
-    }
-    Bytes& operator<<(const char* value) {
-        text.append(value, std::strlen(value) + 1);
-        return *this;
-    }
-    Bytes& raw(const std::string& value) {
-        text += value;
-        return *this;
-    }
-    Bytes& line() { return raw("\n"); }
-    Bytes& blob(int n, int c, int h, int w, const Floats& values) {
-        *this << n << c << h << w;
-        for (const float value : values) *this << value;
-        return *this;
-    }
-    std::string text;
-};
+void append(std::string& text, const char* value) {
+    text.append(value, std::strlen(value) + 1);
+}
+void append(std::string& text, char value) {
+    text += value;
+}
+void append(std::string& text, int value) {
+    text.append(reinterpret_cast<const char*>(&value), 4);
+}
+void append(std::string& text, const Floats& values) {
+    text.append(reinterpret_cast<const char*>(values.data()), 4 * values.size());
+}
 
-Bytes head(const char* version, int numLayers) {
-    Bytes bytes;
-    (bytes << version).line();
-    (bytes << "net").line();
-    (bytes << 6 << 5).line();
-    if (std::string(version) == "Version 8") (bytes << 1).line();
-    (bytes << numLayers).line();
-    return bytes;
+/// Numbers in four bytes, texts with their final zero, single characters.
+template <typename... Parts>
+std::string bytes(const Parts&... parts) {
+    std::string text;
+    (append(text, parts), ...);
+    return text;
+}
+
+std::string head(const std::string& version, int numLayers) {
+    return bytes(version.c_str(), '\n', "net", '\n', 6, 5, '\n') +
+           (version == "Version 8" ? bytes(1, '\n') : "") + bytes(numLayers, '\n');
 }
 
 NnDetector networkOf(const std::vector<BaseLayer*>& layers) {
@@ -92,146 +81,106 @@ std::string outcomeOf(const std::function<void()>& call) {
 
 TEST(NetworkFile, EveryLayerComesBack) {
     const NnDetector network = everyLayerNetwork();
-    const std::string bytes = bytesOf(network);
+    const std::string whole = bytesOf(network);
     NnDetector back;
     back.setMultiplier(5);
     back.setTranspose(true);
     back.setTrainLog("old");
     back.setMeanValues({3});
-    read(bytes, back);
+    read(whole, back);
     EXPECT_TRUE(back.isLoaded());
     EXPECT_TRUE(network == back);
-    EXPECT_EQ(bytes, bytesOf(back));
+    EXPECT_EQ(whole, bytesOf(back));
     EXPECT_EQ(0.00390625f, back.getMultiplier());
     EXPECT_FALSE(back.getTranspose());
     EXPECT_EQ("", back.getTrainLog());
     EXPECT_EQ(Floats{0}, back.getMeanValues());
     EXPECT_EQ((std::vector<std::string>{"slice_point", "boxes", "contrast"}),
               back.getOutputNames());
-    for (size_t i = 0; i < network.getNetwork().size(); ++i)
-        EXPECT_EQ(network.getNetwork()[i]->getBottomLayersName(),
-                  back.getNetwork()[i]->getBottomLayersName());
-    KZ::Image image(everyLayerSize(), KZ::COLOR_MODE_MONO);
-    for (int i = 0; i < 120; ++i) image.data()[i] = static_cast<unsigned char>(i * 7);
+    const KZ::Image image = noise(everyLayerSize(), KZ::COLOR_MODE_MONO, 7);
     EXPECT_EQ(valuesOf(network.detect(image)), valuesOf(back.detect(image)));
-}
 
-TEST(NetworkFile, ByPath) {
     const std::string path = testing::TempDir() + "network.bin";
-    std::ofstream(path, std::ios::binary) << bytesOf(everyLayerNetwork());
-    NnDetector back;
-    EXPECT_TRUE(back.load(path));
+    std::ofstream(path, std::ios::binary) << whole;
+    EXPECT_TRUE(NnDetector().load(path));
     std::remove(path.c_str());
-    const Assertion failure = failureOf([&] { back.load(path); });
-    EXPECT_EQ("file", failure.condition);
-    EXPECT_EQ("cannot open " + path + "\n", failure.detail);
-    EXPECT_EQ("cannot open file /nowhere/x.cpp\n",
-              assertionOf([&] { back.saveToCpp("/nowhere/x.cpp"); }));
+    EXPECT_EQ("cannot open " + path + "\n", assertionOf([&] { back.load(path); }));
 }
 
 // The bytes are written down here; networks built by hand are what they must mean.
 TEST(NetworkFile, Formats) {
-    const auto expect = [](const std::string& bytes, const NnDetector& expected) {
-        SCOPED_TRACE(bytes.c_str());
+    const auto expect = [](const std::string& text, const NnDetector& expected) {
+        SCOPED_TRACE(text.c_str());
         NnDetector network;
-        read(bytes, network);
+        read(text, network);
         EXPECT_TRUE(expected == network);
         EXPECT_EQ(KZ::COLOR_MODE_MONO, network.getInputColorMode());
-        if (bytes.compare(0, 9, "Version 8") == 0) {
-            EXPECT_EQ(bytes, bytesOf(expected));
+        if (text.find("Version 8") == 0) {
+            EXPECT_EQ(text, bytesOf(expected));
         }
         return network;
     };
-    const auto conv = [&](const char* version, const std::vector<int>& fields, int stride, int pad,
+    const auto conv = [&](const char* version, const std::string& fields, int stride, int pad,
                           const char* shape) {
-        Bytes bytes = head(version, 2);
-        (bytes << "DataLayer"
-               << "data" << 0)
-            .line();
-        bytes << "ConvolutionLayer"
-              << "conv";
-        bytes.blob(1, 1, 2, 2, {1, 2, 3, 4}).blob(1, 1, 1, 1, {9}) << 4;
-        for (const int field : fields) bytes << field;
-        (bytes << 1 << "data").line();
-        const NnDetector network =
-            expect(bytes.text,
-                   networkOf({new DataLayer("data"),
-                              new ConvolutionLayer(blobOf(1, 1, 2, 2, {1, 2, 3, 4}),
-                                                   blobOf(1, 1, 1, 1, {9}), "conv", stride, pad)}));
+        const std::string text =
+            head(version, 2) +
+            bytes("DataLayer", "data", 0, '\n', "ConvolutionLayer", "conv", 1, 1) +
+            bytes(2, 2, Floats{1, 2, 3, 4}, 1, 1, 1, 1, Floats{9}, 4) + fields +
+            bytes(1, "data", '\n');
+        const Blob filter = blobOf(1, 1, 2, 2, {1, 2, 3, 4}), bias = blobOf(1, 1, 1, 1, {9});
         Blob input(1, 1, 5, 6);
         input.setValue(1);
-        EXPECT_EQ(shape, network.detect(input).shape());
+        const NnDetector expected = networkOf(
+            {new DataLayer("data"), new ConvolutionLayer(filter, bias, "conv", stride, pad)});
+        EXPECT_EQ(shape, expect(text, expected).detect(input).shape());
     };
-    conv("Version 8", {2, 1}, 2, 1, "1 x 1 x 3 x 4");
-    conv("Version 7", {2, 1}, 2, 1, "1 x 1 x 3 x 4");
-    conv("Version 6", {2}, 2, 0, "1 x 1 x 2 x 3");
-    conv("Version 1", {}, 1, 0, "1 x 1 x 4 x 5");
+    conv("Version 8", bytes(2, 1), 2, 1, "1 x 1 x 3 x 4");
+    conv("Version 7", bytes(2, 1), 2, 1, "1 x 1 x 3 x 4");
+    conv("Version 6", bytes(2), 2, 0, "1 x 1 x 2 x 3");
+    conv("Version 1", bytes(), 1, 0, "1 x 1 x 4 x 5");
 
-    const auto one = [&](const char* version, BaseLayer* expected,
-                         const std::function<void(Bytes&)>& payload) {
-        Bytes bytes = head(version, 1);
-        bytes << expected->type().c_str() << "l";
-        payload(bytes);
-        (bytes << 0).line();
-        expect(bytes.text, networkOf({expected}));
-    };
     SliceLayer* slice = new SliceLayer("l", 2);
     slice->addSlicePoint(3, -1);
-    one("Version 3", slice, [](Bytes& b) { b << 0 << 0 << 2 << 3 << -1; });
-    one("Version 2", new SliceLayer("l", 1, 3, 2), [](Bytes& b) { b << 1 << 3 << 2; });
-    one("Version 6", new EltwiseLayer("l", EltwiseLayer::Operation::MAX, {5, 6}),
-        [](Bytes& b) { b << 2 << 2 << 5.0f << 6.0f; });
-    one("Version 5", new EltwiseLayer("l", EltwiseLayer::Operation::SUM, {}), [](Bytes&) {});
     LinearTransformLayer* linear = new LinearTransformLayer("l");
     linear->setTransform({1.5f, 2}, {3, 4});
-    one("Version 5", linear, [](Bytes& b) {
-        b.raw("2") << 1.5f << 2.0f;
-        b.raw("2") << 3.0f << 4.0f;
-    });
-    const auto heat = [] {
-        HeatMapPosition* layer = new HeatMapPosition("l");
+    HeatMapPosition* heat[2];
+    for (HeatMapPosition*& layer : heat) {
+        layer = new HeatMapPosition("l");
         layer->setPatchSize(KZ::Size(20, 10));
         layer->addHeatmap(KZ::Size(5, 4), KZ::Rect(10, 0, 20, 10));
-        return layer;
+    }
+    struct Row {
+        const char* version;
+        BaseLayer* expected;
+        std::string payload;
     };
-    one("Version 8", heat(), [](Bytes& b) {
-        b << 20 << 10 << 1 << 5 << 4 << 1;
-        b << 0.5f << 0.25f << 0.0f << 0.0f << 1.0f << 0.5f;
-    });
-    one("Version 3", heat(), [](Bytes& b) {
-        b << 20 << 10;
-        b.raw("1") << 5 << 4;
-        b.raw("1") << 10.0f << 0.0f << 10.0f << 10.0f;
-    });
+    const Row rows[] = {
+        {"Version 3", slice, bytes(0, 0, 2, 3, -1)},
+        {"Version 2", new SliceLayer("l", 1, 3, 2), bytes(1, 3, 2)},
+        {"Version 6", new EltwiseLayer("l", EltwiseLayer::Operation::MAX, {5, 6}),
+         bytes(2, 2, Floats{5, 6})},
+        {"Version 5", new EltwiseLayer("l", EltwiseLayer::Operation::SUM, {}), ""},
+        {"Version 5", linear, bytes('2', Floats{1.5f, 2}, '2', Floats{3, 4})},
+        {"Version 8", heat[0], bytes(20, 10, 1, 5, 4, 1, Floats{0.5f, 0.25f, 0, 0, 1, 0.5f})},
+        {"Version 3", heat[1], bytes(20, 10, '1', 5, 4, '1', Floats{10, 0, 10, 10})},
+    };
+    for (const Row& row : rows)
+        expect(head(row.version, 1) + bytes(row.expected->type().c_str(), "l") + row.payload +
+                   bytes(0, '\n'),
+               networkOf({row.expected}));
 }
 
 TEST(NetworkFile, Refusals) {
     NnDetector network;
-    const Assertion future = failureOf([&] { read(head("Version 9", 0).text, network); });
-    EXPECT_EQ("version <= NN_CLASSIFIER_VERSION", future.condition);
-    EXPECT_EQ("Wrong version number Version 9\n", future.detail);
-    Bytes unknown = head("Version 8", 1);
-    (unknown << "NoLayer"
-             << "l" << 0)
-        .line();
-    EXPECT_EQ("Unknown type: NoLayer\n", assertionOf([&] { read(unknown.text, network); }));
-
-    Bytes negative;
-    (negative << "Version 7").line();
-    (negative << "net").line();
-    ((negative << -6 << -5).line() << 0).line();
-    EXPECT_EQ("(size.width) >= (0)", conditionOf([&] { read(negative.text, network); }));
-
+    EXPECT_EQ("Wrong version number Version 9\n",
+              assertionOf([&] { read(head("Version 9", 0), network); }));
+    EXPECT_EQ("Unknown type: NoLayer\n", assertionOf([&] {
+                  read(head("Version 8", 1) + bytes("NoLayer", "l", 0, '\n'), network);
+              }));
     // A bottom that stands later, or is the layer itself, stays empty and fails at the run.
-    Bytes later = head("Version 8", 2);
-    (later << "ReluLayer"
-           << "first" << 2 << "second"
-           << "first")
-        .line();
-    (later << "DataLayer"
-           << "second" << 0)
-        .line();
-    read(later.text, network);
+    read(head("Version 8", 2) + bytes("ReluLayer", "first", 2, "second", "first", '\n') +
+             bytes("DataLayer", "second", 0, '\n'),
+         network);
     EXPECT_FALSE(network.getNetwork()[0]->getBottomLayer(0));
     EXPECT_FALSE(network.getNetwork()[0]->getBottomLayer(1));
     Blob input(1, 1, 5, 6);
@@ -240,10 +189,10 @@ TEST(NetworkFile, Refusals) {
 }
 
 TEST(NetworkFile, CutAtEveryByte) {
-    const std::string bytes = bytesOf(everyLayerNetwork());
+    const std::string whole = bytesOf(everyLayerNetwork());
     NnDetector network;
-    for (size_t size = 0; size < bytes.size(); ++size) {
-        ASSERT_EQ("assertion", outcomeOf([&] { read(bytes.substr(0, size), network); })) << size;
+    for (size_t size = 0; size < whole.size(); ++size) {
+        ASSERT_EQ("assertion", outcomeOf([&] { read(whole.substr(0, size), network); })) << size;
         ASSERT_FALSE(network.isLoaded()) << size;
     }
 }
@@ -251,16 +200,16 @@ TEST(NetworkFile, CutAtEveryByte) {
 // Four bytes at a time become a lie about a count, a size or a value. Whatever is still read is
 // run as well: each either works or is refused, and neither asks for memory beyond the file's.
 TEST(NetworkFile, LiesAtEveryByte) {
-    const std::string bytes = bytesOf(everyLayerNetwork());
+    const std::string whole = bytesOf(everyLayerNetwork());
     const unsigned int lies[] = {0x7fffffffu, 0xffffffffu, 0x40000000u, 0x80000000u, 0x00010000u};
     Blob input(1, 1, everyLayerSize().height, everyLayerSize().width);
-    for (size_t i = 0; i + 4 <= bytes.size(); ++i) {
-        std::string bad = bytes;
+    for (size_t i = 0; i + 4 <= whole.size(); ++i) {
+        std::string bad = whole;
         std::memcpy(&bad[i], &lies[i % 5], 4);
         NnDetector network;
         largestAllocation() = 0;
         const std::string outcome = outcomeOf([&] { read(bad, network); });
-        ASSERT_LT(largestAllocation(), 4 * bytes.size()) << i;
+        ASSERT_LT(largestAllocation(), 4 * whole.size()) << i;
         ASSERT_EQ(outcome == "done", network.isLoaded()) << i;
         input.setValue(0.5f);
         if (outcome == "done") outcomeOf([&] { network.detect(input); });

@@ -10,6 +10,9 @@ namespace testing_support {
 
 using Floats = std::vector<float>;
 
+/// The largest request to operator new since the test set it to 0.
+size_t& largestAllocation();
+
 inline KZ::Blob blobOf(int num, int channels, int height, int width, const Floats& values) {
     KZ::Blob blob(num, channels, height, width);
     std::copy(values.begin(), values.end(), blob.data());
@@ -26,19 +29,27 @@ inline unsigned int bits(float value) {
     return result;
 }
 
-inline float randomFloat(std::mt19937& random) {
-    return static_cast<float>(static_cast<int>(random() % 20001) - 10000) * 1.9e-4f;
+/// Fills anything with a begin and an end.
+template <typename Cells>
+void randomize(std::mt19937& random, Cells&& cells) {
+    for (float& cell : cells)
+        cell = static_cast<float>(static_cast<int>(random() % 20001) - 10000) * 1.9e-4f;
 }
 
-inline KZ::SharedPtr<BaseLayer> source(const KZ::Blob& blob) {
-    KZ::SharedPtr<BaseLayer> layer(new DataLayer("source"));
-    layer->setBlob(blob);
-    return layer;
+inline KZ::Image noise(const KZ::Size& size, KZ::ColorMode mode, unsigned int seed) {
+    KZ::Image image(size, mode);
+    std::mt19937 random(seed);
+    for (int i = 0; i < size.area() * image.depth(); ++i)
+        image.data()[i] = static_cast<unsigned char>(random() & 255);
+    return image;
 }
 
 /// Adds the bottoms and runs the layer once.
 inline const KZ::Blob& run(BaseLayer& layer, const std::vector<KZ::Blob>& bottoms) {
-    for (const KZ::Blob& bottom : bottoms) layer.addBottomLayer(source(bottom));
+    for (const KZ::Blob& bottom : bottoms) {
+        layer.addBottomLayer(KZ::SharedPtr<BaseLayer>(new DataLayer("source")));
+        layer.bottomLayers().back()->setBlob(bottom);
+    }
     layer.forward();
     return layer.getBlob();
 }
