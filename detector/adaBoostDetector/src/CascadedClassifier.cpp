@@ -51,8 +51,30 @@ void CascadedClassifier::calculateHogRoi() const {
     const KZ::Rect monoRect(0, 0, monoSize.width + 1, monoSize.height + 1);
     KZ_ASSERT(monoRect.contains(hogRoi_),
               "Computed hogRoi " << hogRoi_ << " is out of monoSize + 1 " << monoRect);
-    for (const StrongClassifier& stage : strongClassifiers) stage.moveHogRoi(hogRoi_);
+    const int cells = hogRoi_.width() + HOG_SPREAD + 1;
+    for (const StrongClassifier& stage : strongClassifiers) {
+        stage.moveHogRoi(hogRoi_);
+        stage.setHogStrip(cells * (WeakClassifierHog::NUM_SECTORS + 1));
+    }
     hogReady_ = true;
+}
+
+// The cells of `gradientSums_` for windows from (x, y) on, whose corners lie `spread` apart.
+KZ::Rect CascadedClassifier::hogWindow(int x, int y, const KZ::Size& spread) const {
+    return KZ::Rect(x, y, x + hogRoi_.width() + spread.width + 1,
+                    y + hogRoi_.height() + spread.height + 1);
+}
+
+// Sums the gradients of all windows with corners from `pMono` to `spread` to the right and below.
+// `integralHog_` is then that of the first one.
+void CascadedClassifier::sumGradients(const unsigned char* pMono, const KZ::Size& spread) const {
+    const KZ::ColorMode mode = KZ::COLOR_MODE_INTEGRAL_HOG_UNSIGNED6;
+    gradientSums_.create(hogWindow(0, 0, KZ::Size(HOG_SPREAD, HOG_SPREAD)).size(), mode);
+    integralHog_.createRef(gradientSums_, hogWindow(0, 0, spread));
+    const KZ::Rect area(hogRoi_.left, hogRoi_.top, hogRoi_.right + spread.width,
+                        hogRoi_.bottom + spread.height);
+    KZ::computeIntegralHog(pMono, monoStrip_, integralHog_, area, mode);
+    integralHog_.createRef(gradientSums_, hogWindow(0, 0, KZ::Size()));
 }
 
 bool CascadedClassifier::detect(const unsigned char* pRmctTransform, const unsigned char* pMono,
@@ -64,9 +86,7 @@ bool CascadedClassifier::detect(const unsigned char* pRmctTransform, const unsig
     const unsigned int numStages = static_cast<unsigned int>(strongClassifiers.size());
     for (unsigned int i = firstStage; i < numStages; ++i) {
         const StrongClassifier& stage = strongClassifiers[i];
-        if (static_cast<int>(i) == hogStart_)
-            KZ::computeIntegralHog(pMono, monoStrip_, integralHog_, hogRoi_,
-                                   KZ::COLOR_MODE_INTEGRAL_HOG_UNSIGNED6);
+        if (static_cast<int>(i) == hogStart_) sumGradients(pMono, KZ::Size());
         score = stage.scoreRmct(pRmctTransform) + stage.scoreHaar(pIntegralImage) +
                 stage.scoreHog(integralHog_);
         if (score < stage.threshold) return false;

@@ -85,7 +85,10 @@ private:
         const T* pointer_ = nullptr;
     };
 
+    static constexpr int HOG_SPREAD = 8;
+
     void calculateHogRoi() const;
+    KZ::Rect hogWindow(int x, int y, const KZ::Size& spread) const;
     void settleFirstStage() const;
     void clearActivation();
     const std::vector<int>& shifts(int key, int last, float zoom);
@@ -111,11 +114,17 @@ private:
                  std::vector<AdaObject>& out) const;
     void advance(const Window& window, size_t stage, int score, std::vector<AdaObject>& out) const;
     void judge(size_t stage, std::vector<AdaObject>& out) const;
-    bool passesHog(const Window& window, size_t stage, int& score) const;
+    void judgeHog(const Waiting& waiting, size_t stage, int* scores,
+                  std::vector<AdaObject>& out) const;
+    int sumNeighbours(const Waiting& waiting, int first, KZ::Rect& corners) const;
+    void sumGradients(const unsigned char* pMono, const KZ::Size& spread) const;
     void addMatchesDynamic(const KZ::Image& rmctTransform, const KZ::Image& mono,
                            const KZ::Image& integralImage, std::vector<AdaObject>& out,
                            const ScanRange& range, const std::vector<int>& shift, int step) const;
 
+    /// Sums of gradients for windows whose corners lie up to HOG_SPREAD apart, and the part of it
+    /// that is the window's at hand.
+    mutable KZ::Image gradientSums_;
     mutable KZ::Image integralHog_;
     mutable bool hogReady_ = false;
     mutable KZ::Rect hogRoi_;  ///< part of the window that `integralHog_` is of

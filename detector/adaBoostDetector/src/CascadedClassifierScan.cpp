@@ -1,9 +1,9 @@
 #include <algorithm>
+#include <cstddef>
 
 #include "AbsFeature.h"
 #include "CascadedClassifier.h"
 #include "KZ_Assert.h"
-#include "KZ_IntegralHog.h"
 
 namespace {
 
@@ -154,31 +154,57 @@ void CascadedClassifier::judge(size_t stage, std::vector<AdaObject>& out) const 
     Waiting& waiting = waiting_[stage];
     if (waiting.count == 0) return;
     const StrongClassifier& strong = strongClassifiers[stage];
-    const bool hog = static_cast<int>(stage) == hogStart_;
     int scores[BLOCK];
     strong.scoreBlock(waiting.rmct, waiting.integral, waiting.count, scores);
-    for (int i = 0; i < waiting.count; ++i) {
-        const Window window = {waiting.x[i], waiting.y[i], waiting.rmct[i], waiting.mono[i],
-                               waiting.integral[i]};
-        if (hog) {
-            // Gradients are summed for one window at a time, which runs to the end with them.
-            if (passesHog(window, stage, scores[i]))
-                out.push_back(objectAt(window.x, window.y, scores[i]));
-        } else if (scores[i] >= strong.threshold) {
+    if (static_cast<int>(stage) == hogStart_) {
+        judgeHog(waiting, stage, scores, out);
+    } else {
+        for (int i = 0; i < waiting.count; ++i) {
+            if (scores[i] < strong.threshold) continue;
+            const Window window = {waiting.x[i], waiting.y[i], waiting.rmct[i], waiting.mono[i],
+                                   waiting.integral[i]};
             advance(window, stage + 1, scores[i], out);
         }
     }
     waiting.count = 0;
 }
 
-// `stage`, the first with HOG classifiers, whose others voted `score`, and those after it.
-bool CascadedClassifier::passesHog(const Window& window, size_t stage, int& score) const {
-    KZ::computeIntegralHog(window.mono, monoStrip_, integralHog_, hogRoi_,
-                           KZ::COLOR_MODE_INTEGRAL_HOG_UNSIGNED6);
-    score += strongClassifiers[stage].scoreHog(integralHog_);
-    return score >= strongClassifiers[stage].threshold &&
-           detect(window.rmct, window.mono, window.integral, static_cast<unsigned int>(stage) + 1,
-                  score);
+// `stage`, the first with HOG classifiers, whose others voted `scores`, and those after it, to
+// which windows go on one by one.
+void CascadedClassifier::judgeHog(const Waiting& waiting, size_t stage, int* scores,
+                                  std::vector<AdaObject>& out) const {
+    const StrongClassifier& strong = strongClassifiers[stage];
+    int summed = 0;
+    KZ::Rect corners;
+    for (int i = 0; i < waiting.count; ++i) {
+        if (i == summed) summed = sumNeighbours(waiting, i, corners);
+        integralHog_.createRef(gradientSums_, hogWindow(waiting.x[i] - corners.left,
+                                                        waiting.y[i] - corners.top, KZ::Size()));
+        scores[i] += strong.scoreHog(integralHog_);
+        if (scores[i] >= strong.threshold &&
+            detect(waiting.rmct[i], waiting.mono[i], waiting.integral[i],
+                   static_cast<unsigned int>(stage) + 1, scores[i]))
+            out.push_back(objectAt(waiting.x[i], waiting.y[i], scores[i]));
+    }
+}
+
+// Sums the gradients of window `first` and of those after it that overlap it almost whole. Returns
+// the number of the first one that does not; `corners` is what the others' corners span.
+int CascadedClassifier::sumNeighbours(const Waiting& waiting, int first, KZ::Rect& corners) const {
+    corners = KZ::Rect(waiting.x[first], waiting.y[first], waiting.x[first], waiting.y[first]);
+    int i = first + 1;
+    for (; i < waiting.count; ++i) {
+        const KZ::Rect wider(
+            std::min(corners.left, waiting.x[i]), std::min(corners.top, waiting.y[i]),
+            std::max(corners.right, waiting.x[i]), std::max(corners.bottom, waiting.y[i]));
+        if (wider.width() > HOG_SPREAD || wider.height() > HOG_SPREAD) break;
+        corners = wider;
+    }
+    const unsigned char* const corner =
+        waiting.mono[first] - (waiting.x[first] - corners.left) -
+        static_cast<ptrdiff_t>(waiting.y[first] - corners.top) * monoStrip_;
+    sumGradients(corner, corners.size());
+    return i;
 }
 
 void CascadedClassifier::addMatchesDynamic(const KZ::Image& rmctTransform, const KZ::Image& mono,

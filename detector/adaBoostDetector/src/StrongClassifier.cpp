@@ -213,6 +213,10 @@ void StrongClassifier::moveHogRoi(const KZ::Rect& roi) const {
     }
 }
 
+void StrongClassifier::setHogStrip(int elements) const {
+    for (WeakClassifierHog& weak : hog_) weak.setStrip(elements);
+}
+
 void StrongClassifier::clearActivation() {
     pRmctBegin_ = pRmctEnd_ = nullptr;
     pHaarBegin_ = pHaarEnd_ = nullptr;

@@ -62,6 +62,8 @@ public:
     KZ::Rect calculateHogRoi() const;
     /// Makes the HOG classifiers' rectangles relative to `roi`, for good.
     void moveHogRoi(const KZ::Rect& roi) const;
+    /// Makes their offsets for an integral HOG with rows of `elements` sums.
+    void setHogStrip(int elements) const;
 
     /// True when the RMCT and Haar classifiers read nothing outside a window of `size`. The HOG
     /// ones are checked when a cascade is activated.
