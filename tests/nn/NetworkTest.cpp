@@ -126,7 +126,11 @@ TEST(Network, ClonesRunOnTheirThreads) {
             });
         for (std::thread& thread : threads) thread.join();
         EXPECT_EQ(expected, found);
-        EXPECT_TRUE(runners[0] == runners[2]);
+        const NnDetector late = runners[2].clone();
+        late.detect(images[2]);
+        EXPECT_NE(network.getNetwork()[0]->getBlob().data(),
+                  late.getNetwork()[0]->getBlob().data());
+        EXPECT_TRUE(runners[0] == late);
     }
 }
 

@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "DataFolder.h"
-#include "Progress.h"
 
 namespace {
 
@@ -33,14 +32,11 @@ TEST(Command, EndsWithOneLine) {
         std::string fault;
     } rows[] = {
         {train, 2, "A subcommand is required"},
-        {train + " train --data x", 2, "--ring is required"},
         {train + " train --data x --ring y.ring --size huge", 2, "--size"},
         {train + " train --data " + at + "/none --ring y.ring", 1, "cannot be opened"},
         {train + " train --data " + at + " --ring y.ring", 1,
          "manifest.csv:1: the header lacks the column \"source\""},
-        {train + " emit --ring " + at + "/none.ring --source x.cpp", 1, "cannot be opened"},
         {train + " shift --ring " + at + "/manifest.csv --by 1", 1, "give a .ring file"},
-        {evaluate + " --ring x.ring", 2, "--data is required"},
         {evaluate + " --data " + at + " --ring " + at + "/none.ring", 1, "cannot be opened"},
     };
     for (const auto& row : rows) {
@@ -51,13 +47,6 @@ TEST(Command, EndsWithOneLine) {
         EXPECT_NE(std::string::npos, outcome.text.find(row.fault)) << outcome.text;
         EXPECT_EQ(1, std::count(outcome.text.begin(), outcome.text.end(), '\n')) << outcome.text;
     }
-}
-
-TEST(Progress, TellsTime) {
-    EXPECT_EQ("00:00", training::Progress::clockText(0.4));
-    EXPECT_EQ("01:00", training::Progress::clockText(59.6));
-    EXPECT_EQ("59:59", training::Progress::clockText(3599));
-    EXPECT_EQ("2:03:04", training::Progress::clockText(7384));
 }
 
 }  // namespace

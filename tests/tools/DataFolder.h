@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <opencv2/imgcodecs.hpp>
 #include <string>
 
@@ -24,6 +25,11 @@ private:
     std::filesystem::path path_;
 };
 
+inline std::string textOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 /// A small set of pictures with manifest: drawn hands and noise.
 inline void writeDrawnData(const std::string& folder) {
     std::ofstream manifest(folder + "/manifest.csv");
@@ -37,9 +43,7 @@ inline void writeDrawnData(const std::string& folder) {
         const std::string number = std::to_string(i) + ".png";
         writePicture("palm" + number, drawnHand() + cv::Scalar(i));
         manifest << "palm" << number << ",person" << i % 6 << ",train,palm,60,60,36,0,RIGHT\n";
-        cv::Mat fist(120, 120, CV_8U, cv::Scalar(70 + i));
-        cv::ellipse(fist, {60, 78}, {18, 20}, 0, 0, 360, cv::Scalar(190), cv::FILLED);
-        writePicture("fist" + number, fist);
+        writePicture("fist" + number, drawnFist() + cv::Scalar(i));
         manifest << "fist" << number << ",person" << i % 6 << ",train,hand,,,,,\n";
         cv::Mat scene(160, 200, CV_8U);
         cv::RNG(random.next()).fill(scene, cv::RNG::UNIFORM, 0, 255);

@@ -34,23 +34,4 @@ TEST(Features, BytesAreTheLibrarysIndices) {
     EXPECT_GT(zooms.size(), 6u);
 }
 
-TEST(Features, PoolsStayWhereTheScanCanReadThem) {
-    Random random(2);
-    const std::vector<Feature> haar = haarFeatures(SIZE, 400, random);
-    const std::vector<Feature> hog = hogFeatures(SIZE, 400, random);
-    ASSERT_EQ(400u, haar.size());
-    ASSERT_EQ(400u, hog.size());
-    std::set<int> sectors;
-    for (const Feature& f : haar) {
-        EXPECT_TRUE(KZ::Rect(SIZE).contains(f.outer) && f.outer.contains(f.inner));
-        EXPECT_TRUE(f.inner.area() > 0 && f.inner.area() < f.outer.area());
-    }
-    for (const Feature& f : hog) {
-        EXPECT_TRUE(KZ::Rect(1, 1, SIZE.width - 1, SIZE.height - 1).contains(f.outer));
-        EXPECT_TRUE(f.outer.contains(f.inner) && f.inner.area() > 0);
-        sectors.insert(f.sector);
-    }
-    EXPECT_EQ((std::set<int>{0, 1, 2, 3, 4, 5}), sectors);
-}
-
 }  // namespace

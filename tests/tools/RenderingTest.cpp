@@ -12,9 +12,7 @@ using namespace training;
 /// The mean over many training windows of the drawn right hand, or of its mirror image.
 cv::Mat meanWindow(bool mirrored, int angle) {
     TemporaryFolder folder;
-    cv::Mat hand = drawnHand();
-    if (mirrored) cv::flip(hand, hand, 1);
-    cv::imwrite(folder.path("hand.png"), hand);
+    cv::imwrite(folder.path("hand.png"), mirrored ? flipped(drawnHand()) : drawnHand());
     cv::imwrite(folder.path("scene.png"), cv::Mat(240, 320, CV_8U, cv::Scalar(70)));
     std::ofstream(folder.path("manifest.csv"))
         << "image,source,split,kind,cx,cy,palm_width,angle,side\n"
@@ -35,17 +33,9 @@ cv::Mat meanWindow(bool mirrored, int angle) {
     return sum;
 }
 
-/// The drawn hand as it fills a window when turned, counter-clockwise on the screen.
+/// The drawn hand as it fills a window when turned.
 cv::Mat turnedHand(double angle) {
-    cv::Mat window(35, 36, CV_8U, cv::Scalar(70)), blurred;
-    Placement placement;
-    placement.anchor = {59.5, 59.5};
-    placement.position = {18, 17};
-    placement.scale = 36 / WindowShape::PER_PALM / DRAWN_PALM;
-    placement.turn = angle;
-    paste(drawnHand(), placement, 1, 1, window);
-    cv::GaussianBlur(window, blurred, {0, 0}, 1.5);
-    return blurred;
+    return placedHand({36, 35}, 36 / WindowShape::PER_PALM, angle, 1.5);
 }
 
 // What each cascade is trained on: a right hand, whichever hand the photograph shows, turned to the
@@ -61,28 +51,9 @@ TEST(PositiveRenderer, TurnsHandsToTheCascadesAngleAsRightHands) {
                 if (other == angle) continue;
                 EXPECT_LT(correlation(mean, turnedHand(other)), own - 0.03);
             }
-            cv::Mat thumbLeft;
-            cv::flip(turnedHand(-angle), thumbLeft, 1);
-            EXPECT_LT(correlation(mean, thumbLeft), own - 0.03);
+            EXPECT_LT(correlation(mean, flipped(turnedHand(-angle))), own - 0.03);
         }
     }
-}
-
-TEST(Composer, PastesWhereThePlacementSaysAndFadesAtTheEdges) {
-    const cv::Mat photo(40, 60, CV_8U, cv::Scalar(200));
-    cv::Mat frame(100, 120, CV_8U, cv::Scalar(0));
-    Placement placement;
-    placement.anchor = {29.5, 19.5};
-    placement.position = {60, 50};
-    placement.scale = 0.5;
-    paste(photo, placement, 8, 1, frame);
-    // 30 by 20 pixels around (60, 50); 8 picture pixels fade over 4 frame pixels.
-    EXPECT_EQ(200, frame.at<uchar>(50, 60));
-    EXPECT_EQ(200, frame.at<uchar>(50, 51));
-    EXPECT_NEAR(100, frame.at<uchar>(50, 47), 30);
-    EXPECT_EQ(0, frame.at<uchar>(50, 44));
-    EXPECT_EQ(0, frame.at<uchar>(39, 60));
-    EXPECT_EQ(0, frame.at<uchar>(61, 60));
 }
 
 // No pixel of an earlier frame shines through: the outcome would depend on the threads.
@@ -97,19 +68,6 @@ TEST(Composer, ScenesFillTheFrame) {
         ASSERT_EQ(0, cv::norm(a, b, cv::NORM_INF)) << "seed " << seed;
         coverWithScene(scene, b);
         ASSERT_GE(*std::min_element(b.begin<uchar>(), b.end<uchar>()), 100);
-    }
-}
-
-TEST(HandZone, TakesWindowsOfTheHandsPlaceAndSize) {
-    const HandZone zone{{100, 100}, 60};
-    const struct {
-        double x, y, width;
-        bool shows;
-    } rows[] = {{100, 100, 60, true},  {128, 100, 60, true},  {131, 100, 60, false},
-                {122, 122, 60, false}, {100, 100, 23, false}, {100, 100, 25, true},
-                {100, 100, 149, true}, {100, 100, 151, false}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.shows, zone.shows({row.x, row.y}, row.width)) << row.x << " " << row.width;
     }
 }
 

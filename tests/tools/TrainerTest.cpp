@@ -49,8 +49,7 @@ protected:
 
     static std::string bytes(const RingContent& ring) {
         writeRing(ring, folder->path("bytes.ring"));
-        std::ifstream file(folder->path("bytes.ring"));
-        return {std::istreambuf_iterator<char>(file), {}};
+        return textOf(folder->path("bytes.ring"));
     }
 
     static std::unique_ptr<TemporaryFolder> folder;
@@ -78,25 +77,6 @@ TEST_F(Trainer, EqualAgainWithOtherThreadsAndAfterAStop) {
     EXPECT_FALSE(bytes(whole) == bytes(train(plan, "seed.ring")));
 }
 
-TEST_F(Trainer, StageHoldsItsKindsInOrderAndTellsPalmsFromScenes) {
-    for (const WeakClassifier& weak : whole.cascades[0].stages[0].weak) {
-        EXPECT_EQ(Feature::RMCT, weak.feature.kind);
-    }
-    const std::vector<WeakClassifier>& last = whole.cascades[0].stages[1].weak;
-    EXPECT_EQ(6u, last.size());
-    EXPECT_TRUE(std::is_sorted(last.begin(), last.end(), [](const auto& a, const auto& b) {
-        return a.feature.kind < b.feature.kind;
-    }));
-    const NegativeFrames frames(*store, "train");
-    MiningOrder order;
-    order.sceneWindows = 200;
-    order.perFrame = 30;
-    order.maxFrames = 8;
-    order.seed = 77;
-    const std::vector<Mined> mined = mine(whole, frames, order, [](int) {});
-    EXPECT_LT(mined[0].passed / mined[0].searched, 0.2);
-}
-
 // Every mined window is an alarm of the cascade, and no frame gives more than its share.
 TEST_F(Trainer, MinedWindowsPassTheCascade) {
     RingContent ring = whole;
@@ -114,22 +94,6 @@ TEST_F(Trainer, MinedWindowsPassTheCascade) {
     WindowScorer scorer(ring, 0);
     int score = 0;
     for (const Window& window : mined[0].windows) EXPECT_TRUE(scorer.passes(window, score));
-}
-
-TEST(TrainerData, SaysWhatIsMissing) {
-    TemporaryFolder folder;
-    std::ofstream(folder.path("manifest.csv"))
-        << "image,source,split,kind,cx,cy,palm_width,angle,side\n"
-        << "a.png,person0,train,palm,60,60,36,0,RIGHT\n"
-        << "b.png,mouso_people,train,scene,,,,,\nc.png,a,train,hand,,,,,\n";
-    const PhotoStore few(folder.path());
-    Progress progress(false, 1);
-    try {
-        CascadeTrainer(few, smallPlan(), folder.path("c.ring"), progress);
-        ADD_FAILURE() << "no failure";
-    } catch (const Failure& failure) {
-        EXPECT_STREQ("no licensed scenes to set palms before", failure.what());
-    }
 }
 
 }  // namespace
