@@ -2,11 +2,15 @@
 
 #include "HandTruth.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <map>
 
-#include "HandMeshFile.h"
+#include "HandMesh.h"
 
 namespace {
 
@@ -29,22 +33,6 @@ std::vector<Pixel> maskOf(const HandMesh& mesh, const PosedHand& posed, const Ca
         }
     }
     return mask;
-}
-
-// Direction of the long axis of the mask in degrees, 0 upright, positive counter-clockwise.
-double longAxis(const std::vector<Pixel>& mask) {
-    double n = 0, sx = 0, sy = 0, xx = 0, xy = 0, yy = 0;
-    for (const Pixel& p : mask) {
-        n += p.weight;
-        sx += p.weight * p.x;
-        sy += p.weight * p.y;
-        xx += p.weight * p.x * p.x;
-        xy += p.weight * p.x * p.y;
-        yy += p.weight * p.y * p.y;
-    }
-    const double a = xx / n - sx * sx / n / n, b = xy / n - sx * sy / n / n,
-                 c = yy / n - sy * sy / n / n;
-    return .5 * std::atan2(2 * b, c - a) * 180 / M_PI;
 }
 
 // The mask turned upright about `angle` and measured with a ruler.
@@ -71,7 +59,22 @@ struct Ruler {
     }
 };
 
-using HandTruthTest = WithHandMesh;
+// The rigged hand that scripts/make_sample fetches; RHD_HAND_MESH names another place.
+class HandTruthTest : public testing::Test {
+protected:
+    void SetUp() override {
+        const char* named = std::getenv("RHD_HAND_MESH");
+        const std::string path =
+            named ? named
+                  : RHD_SOURCE_DIR
+                "/.cache/npm/node_modules/@webxr-input-profiles/assets/dist/profiles/generic-hand/"
+                "right.glb";
+        if (!std::filesystem::exists(path))
+            GTEST_SKIP() << "no hand mesh: run scripts/make_sample to fetch it";
+        mesh_ = loadHandMesh(path);
+    }
+    HandMesh mesh_;
+};
 
 TEST_F(HandTruthTest, AgreesWithTheMask) {
     struct Row {
@@ -96,42 +99,27 @@ TEST_F(HandTruthTest, AgreesWithTheMask) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         const HandPlacement placement{row.position, row.roll, row.yaw, 0, row.scale, row.left};
-        const PosedHand posed = pose(mesh(), openPose(), placement);
-        const HandTruth truth = measure(mesh(), posed, camera);
-        const std::vector<Pixel> mask = maskOf(mesh(), posed, camera);
+        const PosedHand posed = pose(mesh_, openPose(), placement);
+        const HandTruth truth = measure(mesh_, posed, camera);
+        const std::vector<Pixel> mask = maskOf(mesh_, posed, camera);
         EXPECT_NEAR(row.roll, truth.angle, 3);
         const Ruler ruler(mask, truth.cx, truth.cy, truth.angle);
         const double size = ruler.bottom - ruler.top;
         EXPECT_NEAR(0, ruler.top + ruler.bottom, .04 * size);
         // The thumb reaches farther out than the little finger.
         EXPECT_GT((ruler.left + ruler.right) * row.thumb, 0.05 * size);
-        const std::vector<Pixel> slim =
-            maskOf(mesh(), pose(mesh(), thumbInside, placement), camera);
+        const std::vector<Pixel> slim = maskOf(mesh_, pose(mesh_, thumbInside, placement), camera);
         const Ruler palm(slim, truth.cx, truth.cy, truth.angle);
         EXPECT_NEAR(truth.palmWidth, palm.knuckles, .09 * truth.palmWidth);
-        HandPlacement upright = placement;
-        upright.roll = 0;
-        EXPECT_NEAR(
-            row.roll,
-            longAxis(slim) - longAxis(maskOf(mesh(), pose(mesh(), thumbInside, upright), camera)),
-            2.5);
         EXPECT_TRUE(truth.inside);
     }
 }
 
-TEST_F(HandTruthTest, ShortensForAFistAndKnowsTheEdges) {
-    const Camera camera;
-    const HandPlacement middle;
-    const HandTruth open = measure(mesh(), pose(mesh(), openPose(), middle), camera);
-    const PosedHand fist = pose(mesh(), fistPose(), middle);
-    const HandTruth closed = measure(mesh(), fist, camera);
-    const Ruler ruler(maskOf(mesh(), fist, camera), closed.cx, closed.cy, closed.angle);
-    EXPECT_NEAR(0, ruler.top + ruler.bottom, .05 * (ruler.bottom - ruler.top));
-    EXPECT_GT(closed.cy, open.cy + open.palmWidth / 3);
+TEST_F(HandTruthTest, KnowsTheEdges) {
     for (const Vector3& beyond : {Vector3{.45f, 0, -.5f}, Vector3{0, .25f, -.5f}}) {
         HandPlacement placement;
         placement.position = beyond;
-        EXPECT_FALSE(measure(mesh(), pose(mesh(), openPose(), placement), camera).inside);
+        EXPECT_FALSE(measure(mesh_, pose(mesh_, openPose(), placement), Camera()).inside);
     }
 }
 
