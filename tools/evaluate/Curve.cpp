@@ -16,7 +16,8 @@ class Scores {
 public:
     Scores(const std::vector<PhotoOutcome>& outcomes, Kind kind) {
         for (const PhotoOutcome& outcome : outcomes) {
-            if (outcome.kind == kind) scores_.push_back(outcome.lastScore);
+            if (outcome.kind == kind && !outcome.otherReported)
+                scores_.push_back(outcome.lastScore);
         }
         std::sort(scores_.begin(), scores_.end());
     }

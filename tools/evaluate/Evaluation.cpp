@@ -9,8 +9,9 @@ void Runner::show(const std::vector<Exhibit>& photographs) {
         PhotoOutcome outcome = describe(exhibit);
         if (hand) outcome.palmWidth = hand->width;
         if (!outcome.isPalm()) hand.reset();
+        const auto others = hand ? exhibits_.others(exhibit, *hand) : std::vector<ShownPalm>();
         const auto answers = session_.showStill(frame, STILL_FRAMES, exhibit.seed);
-        judge(answers, hand, outcome);
+        judge(answers, hand, others, outcome);
         note(answers);
         evaluation_.photographs.push_back(outcome);
         onShown_(nameOf(exhibit.kind));

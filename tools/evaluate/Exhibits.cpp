@@ -35,6 +35,30 @@ void poseOfCrop(const cv::Mat& crop, ManifestRow& row) {
 
 }  // namespace
 
+std::string keyOf(Kind kind, const std::string& image, int number) {
+    return std::string(nameOf(kind)) + " " + image + "#" + std::to_string(number);
+}
+
+const char* nameOf(Kind kind) {
+    switch (kind) {
+        case Kind::PALM:
+            return "palm";
+        case Kind::HAND:
+            return "hand";
+        case Kind::IGNORE:
+            return "ignore";
+        default:
+            return "scene";
+    }
+}
+
+Kind kindOf(const std::string& name) {
+    for (const Kind kind : {Kind::PALM, Kind::HAND, Kind::SCENE}) {
+        if (name == nameOf(kind)) return kind;
+    }
+    throw training::Failure("kind: palm, hand or scene expected, found \"" + name + "\"");
+}
+
 Exhibits::Exhibits(const training::PhotoStore& store, const std::string& split) : store_(store) {
     const std::vector<training::Photo>& photos = store.photos();
     for (int i = 0; i < static_cast<int>(photos.size()); ++i) {
@@ -74,6 +98,20 @@ std::optional<ShownPalm> Exhibits::draw(const Exhibit& exhibit, cv::Mat& frame) 
     if (!row.hasPose) poseOfCrop(picture, row);
     const Exhibit& behind = scenes_[exhibit.seed % scenes_.size()];
     return drawPalmFrame(picture, row, store_.grey(behind.photo), exhibit.seed, frame);
+}
+
+std::vector<ShownPalm> Exhibits::others(const Exhibit& exhibit, const ShownPalm& shown) const {
+    const double scale = shown.width / exhibit.row.palmWidth;
+    const std::vector<ManifestRow>& rows = store_.photos()[exhibit.photo].rows;
+    std::vector<ShownPalm> palms;
+    for (int k = 0; k < static_cast<int>(rows.size()); ++k) {
+        const ManifestRow& row = rows[k];
+        const bool mayBeReported = row.kind == Kind::PALM || row.kind == Kind::IGNORE;
+        if (k == exhibit.number || !row.hasPose || !mayBeReported) continue;
+        const cv::Point2d offset(row.cx - exhibit.row.cx, row.cy - exhibit.row.cy);
+        palms.push_back({shown.centre + offset * scale, row.palmWidth * scale});
+    }
+    return palms;
 }
 
 double Exhibits::brightness(const Exhibit& exhibit) const {

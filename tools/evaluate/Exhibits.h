@@ -10,6 +10,13 @@
 
 namespace evaluate {
 
+/// The name of a kind in manifests and reports, and back. `kindOf` throws Failure.
+const char* nameOf(training::Kind kind);
+training::Kind kindOf(const std::string& name);
+
+/// What identifies an exhibit in the reports of two runs: kind, picture and row.
+std::string keyOf(training::Kind kind, const std::string& image, int number);
+
 /// A labelled thing that is shown to the engine.
 struct Exhibit {
     training::Kind kind = training::Kind::SCENE;
@@ -17,6 +24,8 @@ struct Exhibit {
     int number = 0;             ///< of the row among those of its picture
     training::ManifestRow row;  ///< with a pose, but for scenes
     uint64_t seed = 0;          ///< by what it is, whatever else is shown
+
+    std::string key() const { return keyOf(kind, row.image, number); }
 };
 
 /// What is shown of one split: every palm within the limits of tilt; the pictures with nothing but
@@ -32,10 +41,10 @@ public:
 
     /// Draws the frame; says where the hand stands, unless it is a scene.
     std::optional<ShownPalm> draw(const Exhibit& exhibit, cv::Mat& frame) const;
+    /// Where the picture's other palms stand, and its unclear hands, when the exhibit's hand stands
+    /// at `shown`.
+    std::vector<ShownPalm> others(const Exhibit& exhibit, const ShownPalm& shown) const;
 
-    const training::Photo& photo(const Exhibit& exhibit) const {
-        return store_.photos()[exhibit.photo];
-    }
     /// Mean grey level of the hand's box, or of the whole picture where there is none.
     double brightness(const Exhibit& exhibit) const;
 

@@ -57,13 +57,18 @@ void addRanges(const std::vector<PhotoOutcome>& outcomes, const std::string& gro
     }
 }
 
+}  // namespace
+
 Tally tallyOf(const std::vector<PhotoOutcome>& outcomes, const Bin& bin) {
     Tally tally;
     for (size_t i = 0; i < outcomes.size(); ++i) {
-        tally.push_back(bin.members[i] ? (counts(outcomes[i]) ? 1 : 0) : -1);
+        const bool takesPart = bin.members[i] && !outcomes[i].otherReported;
+        tally.push_back(takesPart ? (counts(outcomes[i]) ? 1 : 0) : -1);
     }
     return tally;
 }
+
+namespace {
 
 /// What draws cannot show: that a share of 0 of n may be chance.
 void widenWithoutSpread(const Figure& figure, Interval& interval) {
@@ -109,7 +114,7 @@ void addQuantiles(const std::vector<PhotoOutcome>& palms, std::vector<Figure>& f
         const char* measure;
         double (*value)(const PhotoOutcome&);
     } measures[] = {
-        {"location error (palm widths)", [](const PhotoOutcome& o) { return o.locationError; }},
+        {"location error (palm widths)", [](const PhotoOutcome& o) { return o.locationError(); }},
         {"angle error (degrees)", [](const PhotoOutcome& o) { return o.angleError; }},
         {"first report (frame)",
          [](const PhotoOutcome& o) { return static_cast<double>(o.firstFrame); }}};

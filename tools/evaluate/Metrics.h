@@ -40,6 +40,9 @@ struct Bin {
 /// brightness.
 std::vector<Bin> binsOf(const std::vector<PhotoOutcome>& outcomes);
 
+/// What counts among the members; outcomes that are neither found nor missed take no part.
+Tally tallyOf(const std::vector<PhotoOutcome>& outcomes, const Bin& bin);
+
 /// Outcomes of one kind, without those with doubtful labels unless `withDoubtful`.
 std::vector<PhotoOutcome> ofKind(const std::vector<PhotoOutcome>& outcomes, training::Kind kind,
                                  bool withDoubtful);

@@ -3,12 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Failure.h"
 #include "Window.h"
 
 namespace evaluate {
-
-using training::Kind;
 
 namespace {
 
@@ -59,30 +56,6 @@ Stage deepestLoss(const std::vector<FrameAnswer>& answers, const std::optional<S
 
 }  // namespace
 
-std::string PhotoOutcome::key() const {
-    return std::string(nameOf(kind)) + " " + image + "#" + std::to_string(number);
-}
-
-const char* nameOf(Kind kind) {
-    switch (kind) {
-        case Kind::PALM:
-            return "palm";
-        case Kind::HAND:
-            return "hand";
-        case Kind::IGNORE:
-            return "ignore";
-        default:
-            return "scene";
-    }
-}
-
-Kind kindOf(const std::string& name) {
-    for (const Kind kind : {Kind::PALM, Kind::HAND, Kind::SCENE}) {
-        if (name == nameOf(kind)) return kind;
-    }
-    throw training::Failure("kind: palm, hand or scene expected, found \"" + name + "\"");
-}
-
 bool liesOn(const ShownPalm& palm, const cv::Rect2d& rect) {
     const double scale = rect.width / (palm.width * training::WindowShape::PER_PALM);
     return distance(palm, rect) <= CENTRE_DISTANCE && scale <= SIZE_FACTOR &&
@@ -90,7 +63,7 @@ bool liesOn(const ShownPalm& palm, const cv::Rect2d& rect) {
 }
 
 void judge(const std::vector<FrameAnswer>& answers, const std::optional<ShownPalm>& palm,
-           PhotoOutcome& outcome) {
+           const std::vector<ShownPalm>& others, PhotoOutcome& outcome) {
     for (size_t i = 0; i < answers.size(); ++i) {
         const FrameAnswer& answer = answers[i];
         if (!answer.reported) continue;
@@ -108,11 +81,15 @@ void judge(const std::vector<FrameAnswer>& answers, const std::optional<ShownPal
     outcome.lastScore = confirmableScore(answers, palm);
     if (!palm) return;
     if (outcome.found) {
-        outcome.locationError = distance(*palm, outcome.rect);
+        outcome.offset = (middleOf(outcome.rect) - palm->centre) / palm->width;
         outcome.angleError = std::fabs(outcome.reportedAngle - outcome.angle);
-    } else {
-        outcome.lost = deepestLoss(answers, palm);
+        return;
     }
+    outcome.otherReported =
+        outcome.reported && std::any_of(others.begin(), others.end(), [&](const ShownPalm& other) {
+            return liesOn(other, outcome.rect);
+        });
+    if (!outcome.otherReported) outcome.lost = deepestLoss(answers, palm);
 }
 
 const SequenceReport* SequenceOutcome::hit() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <opencv2/core.hpp>
 #include <optional>
 #include <string>
@@ -20,36 +21,36 @@ struct PhotoOutcome {
     double brightness = 0;            ///< grey levels, see Exhibits::brightness
     bool doubtful = false;            ///< its label is doubtful by eye
 
-    bool reported = false;      ///< anywhere
-    bool found = false;         ///< on the labelled palm
-    int firstFrame = -1;        ///< index of the first report that counts, -1 without one
-    cv::Rect2d rect;            ///< of that report
-    double score = 0;           ///< likewise
-    double reportedAngle = 0;   ///< likewise
-    double locationError = 0;   ///< of a palm found: distance of the centres in palm widths
-    double angleError = 0;      ///< of a palm found: absolute
+    bool reported = false;     ///< anywhere
+    bool found = false;        ///< on the labelled palm
+    int firstFrame = -1;       ///< index of the first report that counts, -1 without one
+    cv::Rect2d rect;           ///< of that report
+    double score = 0;          ///< likewise
+    double reportedAngle = 0;  ///< likewise
+    cv::Point2d offset;        ///< of a palm found: of the report's centre, in palm widths
+    double angleError = 0;     ///< of a palm found: absolute
+    /// Not this palm was reported but another of its picture, or an unclear hand. As the engine
+    /// reports one palm a frame, this one is then neither found nor missed.
+    bool otherReported = false;
     std::optional<Stage> lost;  ///< of a palm missed: the stage behind which it was never seen
     /// The largest threshold on the score of the chain's last stage at which the looks that were
     /// taken would still have confirmed a palm (of a palm: there); 0 when at none.
     double lastScore = 0;
 
     bool isPalm() const { return kind == training::Kind::PALM; }
-    /// What identifies it in the reports of two runs.
-    std::string key() const;
+    double locationError() const { return std::hypot(offset.x, offset.y); }
+    std::string key() const { return keyOf(kind, image, number); }
 };
-
-/// The name of a kind in manifests and reports, and back. `kindOf` throws Failure.
-const char* nameOf(training::Kind kind);
-training::Kind kindOf(const std::string& name);
 
 /// The rectangle has the palm's size, give or take a factor of 1.6, and its centre lies within half
 /// a palm width of the palm's.
 bool liesOn(const ShownPalm& palm, const cv::Rect2d& rect);
 
 /// Judges the engine's answers to the frames of one exhibit. `palm`: where the labelled one stands,
-/// with its angle, for exhibits of the kind PALM. Fills all that the answers decide.
+/// for exhibits of the kind PALM; `others`: what else of the picture may be reported. Fills all
+/// that the answers decide.
 void judge(const std::vector<FrameAnswer>& answers, const std::optional<ShownPalm>& palm,
-           PhotoOutcome& outcome);
+           const std::vector<ShownPalm>& others, PhotoOutcome& outcome);
 
 /// A report of a gesture in a video.
 struct SequenceReport {

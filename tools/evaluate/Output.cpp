@@ -6,6 +6,8 @@
 #include <opencv2/imgcodecs.hpp>
 #include <vector>
 
+#include "Failure.h"
+
 namespace evaluate {
 
 namespace {
@@ -30,6 +32,13 @@ void writePicture(const std::string& path, const cv::Mat& picture) {
     std::vector<unsigned char> bytes;
     cv::imencode(".png", picture, bytes);
     writeBytes(path, reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
+
+void requireFolderOf(const std::string& path) {
+    if (path.empty()) return;
+    const std::filesystem::path folder = std::filesystem::absolute(path).parent_path();
+    if (std::filesystem::is_directory(folder)) return;
+    throw training::Failure(path + ": there is no folder " + folder.string());
 }
 
 void makeFolder(const std::string& path) {

@@ -16,6 +16,10 @@ struct OutputFailure : std::runtime_error {
 void writeText(const std::string& path, const std::string& text);
 void writePicture(const std::string& path, const cv::Mat& picture);
 
+/// Throws training::Failure, before any work, when the folder that shall hold a file is missing. An
+/// empty path is no file.
+void requireFolderOf(const std::string& path);
+
 /// Makes the folder where it is missing. Throws OutputFailure.
 void makeFolder(const std::string& path);
 

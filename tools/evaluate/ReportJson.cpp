@@ -69,8 +69,9 @@ ordered_json jsonOf(const PhotoOutcome& outcome) {
     if (!outcome.isPalm()) return entry;
     entry["side"] = outcome.side;
     entry["found"] = outcome.found;
+    if (outcome.otherReported) entry["other_reported"] = true;
     if (outcome.found) {
-        entry["location_error"] = rounded(outcome.locationError);
+        entry["offset"] = {rounded(outcome.offset.x), rounded(outcome.offset.y)};
         entry["angle_error"] = rounded(outcome.angleError);
     }
     if (outcome.lost) entry["lost"] = nameOf(*outcome.lost);
@@ -164,7 +165,11 @@ PhotoOutcome readPhotograph(const json& entry) {
     if (!outcome.isPalm()) return outcome;
     outcome.side = entry.at("side");
     outcome.found = entry.at("found");
-    outcome.locationError = entry.value("location_error", 0.0);
+    outcome.otherReported = entry.value("other_reported", false);
+    if (outcome.found) {
+        const json& offset = entry.at("offset");
+        outcome.offset = {offset.at(0), offset.at(1)};
+    }
     outcome.angleError = entry.value("angle_error", 0.0);
     if (entry.contains("lost")) outcome.lost = stageOf(entry.at("lost"));
     return outcome;

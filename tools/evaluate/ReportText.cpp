@@ -1,5 +1,6 @@
 #include "ReportText.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 
@@ -51,6 +52,10 @@ std::string lossesOf(const Evaluation& evaluation) {
     for (size_t i = 0; i < losses.size(); ++i) {
         text += format("  %-32s %14d\n", nameOf(static_cast<Stage>(i)), losses[i]);
     }
+    const auto& outcomes = evaluation.photographs;
+    const auto others = std::count_if(outcomes.begin(), outcomes.end(),
+                                      [](const auto& outcome) { return outcome.otherReported; });
+    text += format("  %-32s %14d\n", "none: another one was reported", static_cast<int>(others));
     return text;
 }
 

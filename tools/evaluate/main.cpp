@@ -5,14 +5,18 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <opencv2/core.hpp>
 #include <string>
 #include <vector>
 
+#include "Bounds.h"
+#include "Compare.h"
 #include "DoubtfulRows.h"
 #include "Evaluation.h"
 #include "Failure.h"
 #include "Output.h"
+#include "Plots.h"
 #include "Progress.h"
 #include "ReportJson.h"
 #include "ReportText.h"
@@ -23,7 +27,7 @@ using namespace evaluate;
 using training::Kind;
 
 struct RunOptions {
-    std::string data, split = "val", json, list, doubtful = DOUBTFUL_ROWS;
+    std::string data, split = "val", json, list, page, plots, doubtful = DOUBTFUL_ROWS;
     std::vector<std::string> kinds = {"palm", "hand", "scene", "video"};
     int every = 1, limit = 0;
 };
@@ -59,22 +63,24 @@ Selection select(const RunOptions& options, const Exhibits& exhibits) {
     return selection;
 }
 
-void run(const RunOptions& options) {
+Evaluation show(const Selection& selection, const Exhibits& exhibits,
+                const DoubtfulRows& doubtful) {
+    const size_t planned = selection.photographs.size() + selection.sequences.size();
+    training::Progress progress(isatty(STDERR_FILENO), static_cast<double>(planned));
+    Runner runner(exhibits, doubtful, [&](const std::string& what) { progress.advance(1, what); });
+    runner.show(selection.photographs);
+    runner.show(selection.sequences);
+    return runner.result();
+}
+
+int run(const RunOptions& options) {
+    for (const std::string& path : {options.json, options.page, options.list}) {
+        requireFolderOf(path);
+    }
     const DoubtfulRows doubtful = DoubtfulRows::read(options.doubtful);
     const training::PhotoStore store(options.data);
     const Exhibits exhibits(store, options.split);
-    const Selection selection = select(options, exhibits);
-    const double planned =
-        static_cast<double>(selection.photographs.size() + selection.sequences.size());
-    Evaluation evaluation;
-    {
-        training::Progress progress(isatty(STDERR_FILENO), planned);
-        Runner runner(exhibits, doubtful,
-                      [&](const std::string& what) { progress.advance(1, what); });
-        runner.show(selection.photographs);
-        runner.show(selection.sequences);
-        evaluation = runner.result();
-    }
+    Evaluation evaluation = show(select(options, exhibits), exhibits, doubtful);
     evaluation.data = options.data;
     evaluation.split = options.split;
     evaluation.every = options.every;
@@ -82,7 +88,10 @@ void run(const RunOptions& options) {
     const Report report(evaluation);
     std::fputs(textOf(report).c_str(), stdout);
     if (!options.json.empty()) writeText(options.json, jsonOf(report).dump(1) + "\n");
+    if (!options.page.empty()) writePicture(options.page, plotPage(report));
+    if (!options.plots.empty()) writePlots(report, exhibits, options.plots);
     if (!options.list.empty()) writeText(options.list, listOf(evaluation));
+    return 0;
 }
 
 void addRun(CLI::App& app, RunOptions& options) {
@@ -100,7 +109,91 @@ void addRun(CLI::App& app, RunOptions& options) {
         ->check(CLI::Range(1, 1000000));
     command.add_option("--doubtful", options.doubtful, "CSV file of rows that are doubtful by eye");
     command.add_option("--json", options.json, "report file to write");
+    command.add_option("--page", options.page, "picture of all plots to write, PNG");
+    command.add_option("--plots", options.plots,
+                       "folder for plots and for sheets of the worst misses and alarms, PNG");
     command.add_option("--list", options.list, "CSV file to write with each photograph's outcome");
+}
+
+struct CompareOptions {
+    std::string before, after;
+};
+
+int compareReports(const CompareOptions& options) {
+    const Evaluation before = readReport(options.before), after = readReport(options.after);
+    std::fputs(textOf(compare(before, after)).c_str(), stdout);
+    return 0;
+}
+
+void addCompare(CLI::App& app, CompareOptions& options) {
+    CLI::App& command =
+        *app.add_subcommand("compare", "tell what differs between two report files");
+    command.add_option("OLD", options.before, "report of the older run")->required();
+    command.add_option("NEW", options.after, "report of the newer run")->required();
+}
+
+struct CheckOptions {
+    std::string data, bounds;
+    bool record = false, skip = false;
+};
+
+constexpr int SKIPPED = 77;
+
+/// Why a test has nothing to check; empty when it has.
+std::string reasonToSkip(const CheckOptions& options) {
+    if (!std::filesystem::exists(options.data + "/manifest.csv")) {
+        return "no photographs in " + options.data;
+    }
+    if (!std::filesystem::exists(options.bounds)) return "no bounds recorded in " + options.bounds;
+    return "";
+}
+
+int record(const CheckOptions& options) {
+    requireFolderOf(options.bounds);
+    const training::PhotoStore store(options.data);
+    const Exhibits exhibits(store, "val");
+    const std::vector<Exhibit> chosen = Bounds::choose(exhibits);
+    Bounds bounds{"val", reachedBy(show({chosen, {}}, exhibits, {}).photographs), {}};
+    for (const Exhibit& exhibit : chosen) bounds.exhibits.push_back(exhibit.key());
+    writeText(options.bounds, bounds.text());
+    std::printf(
+        "recorded on %zu exhibits: recall %.4f, alarms on other poses %.4f, on scenes %.4f\n",
+        chosen.size(), bounds.recorded.recall, bounds.recorded.poseAlarms,
+        bounds.recorded.sceneAlarms);
+    return 0;
+}
+
+int check(const CheckOptions& options) {
+    if (options.record) return record(options);
+    if (options.skip && !reasonToSkip(options).empty()) {
+        std::printf("skipped: %s\n", reasonToSkip(options).c_str());
+        return SKIPPED;
+    }
+    const Bounds bounds = Bounds::read(options.bounds);
+    const training::PhotoStore store(options.data);
+    const Exhibits exhibits(store, bounds.split);
+    const Selection selection{bounds.select(exhibits), {}};
+    const Reached reached = reachedBy(show(selection, exhibits, {}).photographs);
+    const std::vector<std::string> violations = bounds.violations(reached);
+    for (const std::string& line : violations) std::printf("out of bounds: %s\n", line.c_str());
+    if (!violations.empty()) return 1;
+    std::printf(
+        "within bounds on %zu exhibits: recall %.4f, alarms on other poses %.4f, "
+        "on scenes %.4f\n",
+        selection.photographs.size(), reached.recall, reached.poseAlarms, reached.sceneAlarms);
+    return 0;
+}
+
+void addCheck(CLI::App& app, CheckOptions& options) {
+    CLI::App& command = *app.add_subcommand(
+        "check", "end with 1 when recall or alarms on a fixed set are beyond recorded bounds");
+    command.add_option("--data", options.data, "folder with manifest.csv and its pictures")
+        ->required();
+    command.add_option("--bounds", options.bounds, "JSON file of the set and its bounds")
+        ->required();
+    command.add_flag("--record", options.record, "choose the set anew and write the file");
+    command.add_flag("--skip-if-absent", options.skip,
+                     "end with 77 where photographs or bounds are missing");
 }
 
 int reportFailure(const char* text, int status) {
@@ -115,11 +208,16 @@ int main(int argc, char** argv) {
     CLI::App app("Measures what the built-in engine finds in labelled photographs.", "evaluate");
     app.require_subcommand(1);
     RunOptions runOptions;
+    CompareOptions compareOptions;
+    CheckOptions checkOptions;
     addRun(app, runOptions);
+    addCompare(app, compareOptions);
+    addCheck(app, checkOptions);
     try {
         app.parse(argc, argv);
-        if (app.got_subcommand("run")) run(runOptions);
-        return 0;
+        if (app.got_subcommand("run")) return run(runOptions);
+        if (app.got_subcommand("compare")) return compareReports(compareOptions);
+        return check(checkOptions);
     } catch (const CLI::CallForHelp& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& error) {
