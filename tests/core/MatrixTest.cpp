@@ -7,6 +7,7 @@
 #include <random>
 #include <sstream>
 
+#include "KZ_DrawRegression.h"
 #include "KZ_Math.h"
 #include "KZ_Utils.h"
 #include "LogCapture.h"
@@ -163,6 +164,17 @@ TEST(Regression, RecoversLinesAndCoefficients) {
     EXPECT_LT(distance(truth, found), 1e-4f);
     EXPECT_FLOAT_EQ(0.5f, computeR2({1, 2, 3}, {2, 2, 3}));
     EXPECT_FLOAT_EQ(0, computeR2({5, 5}, {5, 6}));
+}
+
+// A steep line leaves the image above and below; one far away leaves it untouched.
+TEST(Regression, LineIsDrawnInsideTheImage) {
+    const float rows[][3] = {{0.5f, 2, 32}, {-1e6f, 16e6f, 20}, {0, 1e9f, 0}};
+    for (const auto& row : rows) {  // slope, intercept, pixels
+        Image image(Size(32, 20), COLOR_MODE_MONO);
+        zero(image);
+        drawRegression(image, {{0, row[1]}, {64, 64 * row[0] + row[1]}}, Color::WHITE, 1);
+        EXPECT_EQ(row[2], std::count(image.data(), image.data() + 640, 255)) << row[0];
+    }
 }
 
 TEST(Matrix, TextFormReadsBackExactly) {

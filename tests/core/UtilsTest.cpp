@@ -78,7 +78,17 @@ TEST(Random, RunsTheMinimalStandardGenerator) {
         state = state * 48271 % 2147483647;
         ASSERT_EQ(int(state), KZ::rand());
     }
+    double sum = 0, squares = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const float normal = randomNormal(3, 2);
+        sum += normal;
+        squares += normal * normal;
+        ASSERT_LT(std::fabs(randomUniform(RangeF(-1, 5)) - 2), 3.001f);
+    }
+    EXPECT_NEAR(3, sum / 20000, 0.1);
+    EXPECT_NEAR(13, squares / 20000, 0.5);
     setRandomSeed(0);
+    EXPECT_EQ("randomSeed % MODULUS != 0", conditionOf([] { randomNormal(); }));
     for (int i = 0; i < 2; ++i) EXPECT_EQ(0, KZ::rand());
     EXPECT_EQ(2147483647, randomSeed);
     for (long seed : {-1L, -2147483647L - 1, 2147483646L}) {

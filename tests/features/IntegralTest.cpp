@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "KZ_Gradients.h"
 #include "KZ_IntegralHog.h"
 #include "LogCapture.h"
 #include "TestImages.h"
@@ -179,5 +180,19 @@ TEST_P(HogRow, AddsUp) {
 }
 INSTANTIATE_TEST_SUITE_P(Variants, HogRow, testing::ValuesIn(hogRowVariants()),
                          [](const auto& variant) { return variant.param.name; });
+
+TEST(ComputeGradients, DirectionAndSize) {
+    const GuardedImage mono(Size(17, 12), COLOR_MODE_MONO, 1);
+    GuardedImage gradient(Size(17, 12), COLOR_MODE_GRADIENT, 2);
+    computeGradients(mono.image, gradient.image);
+    EXPECT_TRUE(gradient.paddingKept());
+    expectValues(gradient.image, [&](int x, int y, int c) {
+        int u = 0, v = 0;
+        if (x > 0 && y > 0 && x < 16 && y < 11) differences(mono.image, x, y, &u, &v);
+        if (c == 1) return (std::abs(u) + std::abs(v)) / 8;
+        // Four directions of 45 degrees, opposite ones alike.
+        return int(std::lround(std::atan2(double(u), double(v)) / M_PI * 4) + 8) % 4;
+    });
+}
 
 }  // namespace

@@ -166,6 +166,28 @@ TEST(PixelArithmetic, ExtremaAndHistogram) {
               cellsOf<unsigned char>(equalized));
 }
 
+// A parabola with its vertex at (2.3, 1.8).
+TEST(PixelArithmetic, ExtremumBetweenPixels) {
+    Image hill(Size(5, 4), COLOR_MODE_FLOAT);
+    for (int i = 0; i < 20; ++i)
+        hill.row<float>(0)[i] =
+            10 - std::pow(float(i % 5) - 2.3f, 2.0f) - 2 * std::pow(float(i / 5) - 1.8f, 2.0f);
+    const PointF top = findPreciseLocalExtremum(hill, findGlobalMaximum(hill));
+    EXPECT_NEAR(2.3f, top.x, 1e-5f);
+    EXPECT_NEAR(1.8f, top.y, 1e-5f);
+    EXPECT_EQ(PointF(0, 0), findPreciseLocalExtremum(hill, Point(0, 0)));
+}
+
+TEST(PixelArithmetic, AdaptiveImageComparesWithTheMeanAround) {
+    const GuardedImage mono(Size(11, 7), COLOR_MODE_MONO, 2);
+    Image target;
+    adaptiveImage(mono.image, target, 3, -8);
+    expectValues(target, [&](int x, int y, int) {
+        const Rect around = Rect(x - 3, y - 3, x + 4, y + 4).intersection(mono.image.rect());
+        return byteAt(mono.image, x, y) > imageMean(mono.image, around) - 8 ? 255 : 0;
+    });
+}
+
 TEST(PixelArithmetic, ChannelsComeApartAndTogether) {
     const GuardedImage rgba(Size(7, 3), COLOR_MODE_RGBA, 3);
     std::vector<Image> channels;
