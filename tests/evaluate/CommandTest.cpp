@@ -89,7 +89,7 @@ TEST_F(Command, WritesReportsThatCompare) {
 }
 
 TEST_F(Command, CheckFailsBeyondTheBounds) {
-    const std::string bounds = at_ + "/bounds.json";
+    const std::string bounds = at_ + "/validation/bounds.json";
     const std::string check = "check --data " + at_ + " --bounds " + bounds;
     ASSERT_EQ(0, run(check + " --record").status);
     const Outcome within = run(check);

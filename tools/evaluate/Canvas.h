@@ -7,7 +7,7 @@ namespace evaluate {
 
 /// Colours, in OpenCV's order.
 namespace color {
-const cv::Scalar INK(60, 50, 45), FAINT(125, 120, 115), GRID(232, 230, 228), WHITE(255, 255, 255);
+const cv::Scalar INK(40, 32, 28), FAINT(115, 110, 105), GRID(232, 230, 228), WHITE(255, 255, 255);
 const cv::Scalar BLUE(180, 110, 40), ORANGE(40, 120, 225), GREEN(85, 140, 50), RED(60, 60, 200);
 }  // namespace color
 

@@ -149,7 +149,7 @@ std::string reasonToSkip(const CheckOptions& options) {
 }
 
 int record(const CheckOptions& options) {
-    requireFolderOf(options.bounds);
+    makeFolder(std::filesystem::absolute(options.bounds).parent_path().string());
     const training::PhotoStore store(options.data);
     const Exhibits exhibits(store, "val");
     const std::vector<Exhibit> chosen = Bounds::choose(exhibits);
