@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -19,10 +21,18 @@ namespace {
 
 const KZ::Size SIZE(12, 10);
 
-std::string fileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
+// A file that goes away, of this run of the program alone: several may run at once.
+struct OwnFile {
+    const std::string path;
+
+    explicit OwnFile(const std::string& name)
+        : path(testing::TempDir() + "ada_" + std::to_string(getpid()) + name) {}
+    ~OwnFile() { std::remove(path.c_str()); }
+    std::string text() const {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+};
 
 // Up to three cascades as the palm's, with their ring.
 struct Palm {
@@ -40,9 +50,9 @@ struct Palm {
         ring->generatePossibilities();
     }
     std::string saved() const {
-        const std::string path = testing::TempDir() + "ada_saved.ring";
-        ring->save(path);
-        return fileText(path);
+        const OwnFile file("saved.ring");
+        ring->save(file.path);
+        return file.text();
     }
 
     std::vector<CascadedClassifier> cascades;
@@ -141,38 +151,39 @@ TEST(ClassifierRing, FileRoundTrip) {
         Palm palm(count);
         palm.ring->setConfig({{"falsePositive1", "5"}, {"negative", "/a b/c=d"}, {"empty", ""}});
         palm.ring->log = "log\nstage 1\n\nstage 2 = 7\n";
-        const std::string saved = palm.saved();
+        const OwnFile file("round.ring");
+        palm.ring->save(file.path);
         const auto config = palm.ring->config;
-        *palm.ring = ClassifierRing(testing::TempDir() + "ada_saved.ring");
+        *palm.ring = ClassifierRing(file.path);
         EXPECT_EQ(config, palm.ring->config);
         EXPECT_EQ("stage 1\n\nstage 2 = 7\n", palm.ring->log);
         ASSERT_EQ(count, palm.ring->getNumClassifiers());
         for (int i = 0; i < count; ++i)
             EXPECT_TRUE(palm.cascades[i] == palm.ring->baseClassifier(i));
         palm.ring->log.insert(0, "log\n");
-        EXPECT_TRUE(saved == palm.saved());
+        EXPECT_TRUE(file.text() == palm.saved());
     }
     // The source form of the palm's own ring is tested where it is in the tree, but for a log.
     Palm palm(1);
     palm.ring->log = "log\nwhat?\?/ \"quoted\" \\ 100%\n";
-    const std::string path = testing::TempDir() + "ada_palm.cpp";
-    palm.ring->saveHeader(path);
+    const OwnFile source("palm.cpp");
+    palm.ring->saveHeader(source.path);
     EXPECT_NE(std::string::npos,
-              fileText(path).find("        \"what\\?\\?/ \\\"quoted\\\" \\\\ 100%\\n\";\n"));
+              source.text().find("        \"what\\?\\?/ \\\"quoted\\\" \\\\ 100%\\n\";\n"));
 }
 
 // Whatever a file holds: it is read up to somewhere, or refused.
 TEST(ClassifierRing, BrokenFiles) {
-    const std::string path = testing::TempDir() + "ada_broken.ring";
+    const OwnFile file("broken.ring");
     Palm palm(1);
     palm.cascades[0].strongClassifiers.resize(2);
     const std::string whole = palm.saved();
     Random random(20260325);
     const auto read = [&](const std::string& text) {
-        std::ofstream(path, std::ios::binary) << text;
+        std::ofstream(file.path, std::ios::binary) << text;
         int numRead = 0;
         const std::string failure =
-            assertionOf([&] { numRead = ClassifierRing(path).getNumClassifiers(); });
+            assertionOf([&] { numRead = ClassifierRing(file.path).getNumClassifiers(); });
         EXPECT_TRUE(failure == "no failure" || failure == "set baseSize firts\n") << failure;
         return numRead;
     };

@@ -211,7 +211,7 @@ TEST(PatchLight, VariesWithinTheInputsRange) {
         EXPECT_TRUE(cv::checkRange(varied, true, nullptr, least, std::nextafter(most, 9.0f)));
         likeness += correlation(plain, varied) / 40;
     }
-    EXPECT_GT(likeness, 0.95) << "still the same hand";
+    EXPECT_GT(likeness, 0.9) << "still the same hand";
     EXPECT_LT(likeness, 1);
 }
 
