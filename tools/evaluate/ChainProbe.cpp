@@ -2,36 +2,13 @@
 
 #include <algorithm>
 
-#include "DetectorData.h"
-#include "DetectorResult.h"
-#include "GRE_RaisedHand.h"
-#include "KZ_DetectRegion.h"
-#include "ResultKeeper.h"
+#include "StageResults.h"
 
 namespace evaluate {
 
 namespace {
 
-const char* const KEYS[] = {"AdaBoostResult", "Verifier1Result", "Verifier2Result"};
-/// Left under each key before a frame: where it still stands afterwards, the stage did not run.
-const char* const UNTOUCHED = "untouched";
 constexpr size_t MEMORY = 3;
-
-void keep(ResultKeeper::Type type, const char* key, DetectorResult& result) {
-    static DetectorData unused;
-    ResultKeeper(type, key).detect(unused, KZ::DetectRegion(), result);
-}
-
-/// From the picture that the chain sees to the engine's frame, which stands upright.
-cv::Rect2d placeInFrame(const LocationState& location) {
-    constexpr int FRAME_WIDTH = 320, FRAME_HEIGHT = 240;
-    const KZ::Image& seen = raisedHandDetector.rotatedFrame();
-    const double zoom = raisedHandDetector.zoom();
-    const double x = FRAME_WIDTH / 2 + zoom * (location.center.x - seen.width() / 2);
-    const double y = FRAME_HEIGHT / 2 + zoom * (location.center.y - seen.height() / 2);
-    const double width = zoom * location.size.width, height = zoom * location.size.height;
-    return {x - width / 2, y - height / 2, width, height};
-}
 
 }  // namespace
 
@@ -55,24 +32,20 @@ Stage ChainLook::lostAt() const {
 }
 
 void ChainProbe::arm() {
-    for (const char* key : KEYS) {
-        DetectorResult untouched(UNTOUCHED);
-        keep(ResultKeeper::SAVE, key, untouched);
-    }
+    stages::forget();
 }
 
 ChainLook ChainProbe::read() {
     ChainLook look;
-    for (size_t i = 0; i < look.stages.size(); ++i) {
-        DetectorResult kept;
-        keep(ResultKeeper::LOAD, KEYS[i], kept);
-        ChainLook::Answer& answer = look.stages[i];
-        answer.ran = kept.name != UNTOUCHED;
-        if (!answer.ran) continue;
-        answer.found = kept.found && kept.location.isSet();
-        // A stage that had nothing to judge leaves no score.
-        answer.score = kept.score <= 1 ? kept.score : 0;
-        if (i == 0 && answer.found) look.place = placeInFrame(kept.location);
+    const std::vector<stages::StageResult> results = stages::ofLastFrame();
+    for (size_t i = 0; i < std::min(results.size(), look.stages.size()); ++i) {
+        const stages::StageResult& stage = results[i];
+        look.stages[i] = {true, stage.kept, static_cast<double>(stage.score)};
+        if (i > 0 || !stage.kept) continue;
+        look.place =
+            cv::Rect2d(static_cast<double>(stage.x - stage.width / 2),
+                       static_cast<double>(stage.y - stage.height / 2),
+                       static_cast<double>(stage.width), static_cast<double>(stage.height));
     }
     look.work = follow(look);
     return look;
