@@ -15,6 +15,7 @@
 #include "DoubtfulRows.h"
 #include "Evaluation.h"
 #include "Failure.h"
+#include "ModelCard.h"
 #include "Output.h"
 #include "Plots.h"
 #include "Progress.h"
@@ -132,6 +133,25 @@ void addCompare(CLI::App& app, CompareOptions& options) {
     command.add_option("NEW", options.after, "report of the newer run")->required();
 }
 
+struct CardOptions {
+    std::string report, data, out;
+};
+
+int writeCard(const CardOptions& options) {
+    requireFolderOf(options.out);
+    const Report report(readReport(options.report));
+    writeText(options.out, modelCard(report, readSources(options.data + "/README.md")));
+    return 0;
+}
+
+void addCard(CLI::App& app, CardOptions& options) {
+    CLI::App& command = *app.add_subcommand("card", "write the model card from a report file");
+    command.add_option("REPORT", options.report, "report of a run")->required();
+    command.add_option("--data", options.data, "folder whose README.md lists the sources")
+        ->required();
+    command.add_option("--out", options.out, "Markdown file to write")->required();
+}
+
 struct CheckOptions {
     std::string data, bounds;
     bool record = false, skip = false;
@@ -209,14 +229,17 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     RunOptions runOptions;
     CompareOptions compareOptions;
+    CardOptions cardOptions;
     CheckOptions checkOptions;
     addRun(app, runOptions);
     addCompare(app, compareOptions);
+    addCard(app, cardOptions);
     addCheck(app, checkOptions);
     try {
         app.parse(argc, argv);
         if (app.got_subcommand("run")) return run(runOptions);
         if (app.got_subcommand("compare")) return compareReports(compareOptions);
+        if (app.got_subcommand("card")) return writeCard(cardOptions);
         return check(checkOptions);
     } catch (const CLI::CallForHelp& help) {
         return app.exit(help);
