@@ -3,7 +3,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
-#include <regex>
 
 namespace testing_support {
 
@@ -11,6 +10,15 @@ namespace {
 
 LogCapture* current = nullptr;
 std::mutex currentMutex;
+
+// Takes `mark` and what stands before it off the text; without `before` nothing may stand there.
+bool cut(std::string& text, const std::string& mark, std::string* before) {
+    const size_t at = text.find(mark);
+    if (at == std::string::npos || (!before && at > 0)) return false;
+    if (before) *before = text.substr(0, at);
+    text.erase(0, at + mark.size());
+    return true;
+}
 
 }  // namespace
 
@@ -40,11 +48,17 @@ Assertion parseAssertion(const std::vector<LogRecord>& records, const std::strin
     if (first.priority != 6 || second.priority != 6) return malformed("priority is not 6");
     if (!second.text.empty()) return malformed("second record is not empty");
 
-    static const std::regex form(
-        "Assertion `([^]*?)` failed in ([^]*?) line \\d+, function ([^]*?):    \n([^]*)");
-    std::smatch parts;
-    if (!std::regex_match(first.text, parts, form)) return malformed("not an assertion text");
-    return Assertion{parts[1], parts[2], parts[3], parts[4]};
+    Assertion found;
+    std::string line, rest = first.text;
+    const bool whole = cut(rest, "Assertion `", nullptr) &&
+                       cut(rest, "` failed in ", &found.condition) &&
+                       cut(rest, " line ", &found.file) && cut(rest, ", function ", &line) &&
+                       cut(rest, ":    \n", &found.function);
+    const bool isNumber =
+        !line.empty() && line.find_first_not_of("0123456789") == std::string::npos;
+    if (!whole || !isNumber) return malformed("not an assertion text");
+    found.detail = rest;
+    return found;
 }
 
 }  // namespace testing_support
