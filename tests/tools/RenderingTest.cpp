@@ -71,4 +71,20 @@ TEST(Composer, ScenesFillTheFrame) {
     }
 }
 
+// Renderers reuse their frames: what one thread drew before would make a training differ from run
+// to run.
+TEST(Composer, NothingOfTheFrameBeforeShowsThrough) {
+    cv::Mat scene(90, 61, CV_8U);
+    cv::randu(scene, 0, 256);
+    for (uint64_t seed = 0; seed < 200; ++seed) {
+        cv::Mat frames[2];
+        for (int i = 0; i < 2; ++i) {
+            training::Random random{seed};
+            frames[i] = cv::Mat(240, 320, CV_8U, cv::Scalar(255 * i));
+            training::fillWithScene(scene, 3, random, frames[i]);
+        }
+        ASSERT_EQ(0, cv::norm(frames[0], frames[1], cv::NORM_INF)) << seed;
+    }
+}
+
 }  // namespace

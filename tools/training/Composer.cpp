@@ -83,7 +83,11 @@ cv::Point2d transformed(const cv::Matx33d& matrix, const cv::Point2d& p) {
 void paste(const cv::Mat& photo, const Placement& placement, double feather, double sharpness,
            cv::Mat& wholeFrame) {
     const cv::Matx33d toWholeFrame = placement.matrix();
-    const cv::Rect covered = visiblePart(wholeFrame.size(), photo.size(), toWholeFrame.inv(), 1);
+    // A photograph without a fading edge goes on to the frame's edge; what was there before must
+    // not show through.
+    const cv::Rect covered =
+        feather > 0 ? visiblePart(wholeFrame.size(), photo.size(), toWholeFrame.inv(), 1)
+                    : cv::Rect(cv::Point(), wholeFrame.size());
     if (covered.empty()) return;
     cv::Mat frame = wholeFrame(covered);
     const cv::Matx33d toFrame = shift(-covered.x, -covered.y) * toWholeFrame;
