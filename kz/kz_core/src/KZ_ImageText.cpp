@@ -12,8 +12,8 @@ namespace KZ {
 
 namespace {
 
-// Leaves room for the bytes of a row in an int, whatever the mode.
-const uint32_t LARGEST_SIDE = 1 << 24;
+// The components of a picture as wide as this, side by side, are still a picture that can be read.
+const uint32_t LARGEST_SIDE = 1 << 20;
 
 // The words of a text, one after the other.
 class Words {

@@ -79,6 +79,7 @@ void HeatMapPosition::computeMultiPosition(const KZ::Blob& bottom) {
         KZ_ASSERT_GE(size.width, 1);
         KZ_ASSERT_GE(size.height, 1);
         totalSize += static_cast<int64_t>(size.width) * size.height;
+        if (totalSize > bottom.size()) break;  // before a sum of lies overflows
     }
     KZ_ASSERT_EQ(totalSize, bottom.size());
     top_.init(1, numHeatMaps, 1, RESULT_SIZE);

@@ -85,6 +85,7 @@ bool LocallyConnectedLayer::compare(const BaseLayer& other) const {
 }
 
 void LocallyConnectedLayer::saveToCpp(std::ostream& stream, const std::string& functionName) const {
+    KZ_ASSERT_EQ(filter_.size(), bias_.size());
     for (size_t i = 0; i < filter_.size(); ++i) {
         filter_[i].saveToCpp(stream, functionName + "_filter" + std::to_string(i));
         bias_[i].saveToCpp(stream, functionName + "_bias" + std::to_string(i));
