@@ -27,14 +27,15 @@ const uint64_t LARGEST_COUNT = uint64_t{1} << 30;
 void requireElements(std::istream& stream, int num, int channels, int height, int width,
                      size_t bytesEach) {
     KZ_ASSERT(stream, "error during parsing stream");
-    uint64_t count = 1, countOfPart = 1;  // the part: without the sides of 0
+    uint64_t count = 1;  // without the sides of 0, which may stand behind large ones
+    bool empty = false;
     for (const int side : {num, channels, height, width}) {
         KZ_ASSERT_GE(side, 0);
-        count *= static_cast<uint64_t>(side);
-        countOfPart *= static_cast<uint64_t>(std::max(side, 1));
-        requireBytes(stream, count, bytesEach);
-        KZ_ASSERT_LT(countOfPart, LARGEST_COUNT);
+        empty = empty || side == 0;
+        count *= static_cast<uint64_t>(std::max(side, 1));
+        KZ_ASSERT_LT(count, LARGEST_COUNT);
     }
+    requireBytes(stream, empty ? 0 : count, bytesEach);
 }
 
 std::string toText(float value, int precision) {
