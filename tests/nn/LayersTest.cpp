@@ -110,6 +110,18 @@ TEST(Layers, Reductions) {
           {blobOf(2, 1, 1, 1, {1, 2}), blobOf(2, 2, 1, 1, {4, 6, 100, 100})}, "1 1 1 1", {5});
 }
 
+// Floats tell whole numbers apart up to 2^24.
+TEST(Layers, PoolingOfALongRow) {
+    const int width = (1 << 24) + 1;
+    Blob bottom(1, 1, 1, width);
+    bottom.setValue(-1);
+    bottom.data()[width - 1] = 5;
+    PoolingLayer layer(1, 1, "pool");
+    const Blob& top = run(layer, {bottom});
+    ASSERT_EQ(width, top.width());
+    EXPECT_EQ(5, top.data()[width - 1]);
+}
+
 TEST(Layers, Shapes) {
     apart(make<ConcatLayer>("l"), {counted(1, 1, 1, 2), counted(1, 2, 1, 2)}, "1 3 1 2",
           {0, 1, 0, 1, 2, 3});
@@ -158,6 +170,9 @@ TEST(Layers, SoftmaxOverChannels) {
 
 TEST(Layers, RefuseWhatTheyWouldReadBeyond) {
     const Blob one = row({1}), two = row({1, 2});
+    const Blob noChannel(1, 0, 5, 5), noWidth(1, 1, 1, 0);
+    Blob half;  // of what no int can count
+    half.init(1, 1 << 30, 1, 1, one.data());
     const std::pair<LayerPtr, std::vector<Blob>> rows[] = {
         {make<ReluLayer>("l"), {}},
         {make<PReluLayer>("l", one), {counted(1, 2, 1, 1)}},
@@ -167,6 +182,13 @@ TEST(Layers, RefuseWhatTheyWouldReadBeyond) {
         {make<SliceLayer>("l", 1, 3, 1), {counted(1, 10, 1, 1)}},
         {make<EltwiseLayer>("l", Operation::MAX, Floats()), {two, one}},
         {make<SubtractLayer>("l", one), {two}},
+        {make<ConcatLayer>("l"), {half, half}},
+        {make<ConvolutionLayer>(Blob(1, 0, 1, 1), one, "l", 1, 0), {noChannel}},
+        {make<DeConvolutionLayer>(noWidth, one, "l", 2), {one}},
+        {make<DeConvolutionLayer>(Blob(1, 0, 1, 1), one, "l", 2), {noChannel}},
+        {make<LocallyConnectedLayer>(std::vector<Blob>(2, noWidth), std::vector<Blob>(2, one), "l"),
+         {one}},
+        {make<ReshapeLayer>("l", KZ::Size(1 << 15, 1 << 15)), {Blob()}},
     };
     for (const auto& row : rows)
         EXPECT_NE("no failure", conditionOf([&] { run(*row.first, row.second); }))

@@ -3,6 +3,17 @@
 #include <algorithm>
 
 #include "KZ_Assert.h"
+#include "KZ_Limits.h"
+
+namespace {
+
+// One bottom may be named so often that the sum of its sides is no int any more.
+int sum(int a, int b) {
+    KZ_ASSERT_GE(KZ::maxValue<int>() - a, b);
+    return a + b;
+}
+
+}  // namespace
 
 void ConcatLayer::forward() {
     KZ_ASSERT_GT(bottomLayers_.size(), 1);
@@ -27,7 +38,7 @@ void ConcatLayer::shapeByChannels() {
         KZ_ASSERT_EQ(bottom0.width(), bottomLayers_[i]->getBlob().width());
         KZ_ASSERT_EQ(bottom0.height(), bottomLayers_[i]->getBlob().height());
         KZ_ASSERT_EQ(bottom0.num(), bottomLayers_[i]->getBlob().num());
-        channels += bottomBlob(i).channels();
+        channels = sum(channels, bottomBlob(i).channels());
     }
     KZ_ASSERT_EQ(bottom0.num(), 1);
     top_.init(1, channels, bottom0.height(), bottom0.width());
@@ -41,7 +52,7 @@ void ConcatLayer::shapeByItems() {
         KZ_ASSERT_EQ(bottom0.width(), bottomLayers_[i]->getBlob().width());
         KZ_ASSERT_EQ(bottom0.height(), bottomLayers_[i]->getBlob().height());
         KZ_ASSERT_EQ(bottom0.channels(), bottomLayers_[i]->getBlob().channels());
-        num += bottomBlob(i).num();
+        num = sum(num, bottomBlob(i).num());
     }
     top_.init(num, bottom0.channels(), bottom0.height(), bottom0.width());
 }

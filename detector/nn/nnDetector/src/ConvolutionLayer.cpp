@@ -62,7 +62,7 @@ void ConvolutionLayer::forward() {
     const KZ::Blob& input = padded(inputBottom);
     const KZ::Size inputSize(input.width(), input.height());
     const KZ::Size filterSize(filter_.width(), filter_.height());
-    KZ_ASSERT_GE(filterSize.area(), 1);
+    KZ_ASSERT_GE(filter_.size(), 1);
     KZ_ASSERT_GE(inputSize.width, filterSize.width);
     KZ_ASSERT_GE(inputSize.height, filterSize.height);
     const KZ::Size outputSize((inputSize.width - filterSize.width) / stride_ + 1,

@@ -37,6 +37,8 @@ void DeConvolutionLayer::forward() {
     const KZ::Blob& bottom = bottomBlob(0);
     KZ_ASSERT_GE(bottom.num(), 1);
     KZ_ASSERT_EQ(bottom.channels(), filter_.channels());
+    KZ_ASSERT_GE(filter_.size(), 1);
+    KZ_ASSERT_GE(bottom.size(), 1);
     top_.init(bottom.num(), filter_.num(), spread(filter_.height(), stride_, bottom.height()),
               spread(filter_.width(), stride_, bottom.width()));
     for (int n = 0; n < bottom.num(); ++n) {

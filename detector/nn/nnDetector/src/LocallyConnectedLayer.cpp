@@ -29,6 +29,7 @@ void LocallyConnectedLayer::forward() {
     KZ_ASSERT_EQ(bottom.num(), 1);
     checkShapes();
     KZ_ASSERT_EQ(bottom.channels(), filter_[0].channels());
+    KZ_ASSERT_GE(filter_[0].size(), 1);
     KZ_ASSERT_GE(bottom.width(), filter_[0].width());
     KZ_ASSERT_GE(bottom.height(), filter_[0].height());
     const int width = (bottom.width() - filter_[0].width()) / stride_ + 1;

@@ -1,7 +1,6 @@
 #include "PoolingLayer.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "KZ_Assert.h"
 #include "KZ_Limits.h"
@@ -10,8 +9,9 @@ namespace {
 
 const int LARGEST_WINDOW = 1 << 15;
 
+// The quotient rounded up. Of sizes beyond 2^24 a quotient of floats could come out too small.
 int dividedUp(int size, int stride) {
-    return static_cast<int>(std::ceil(static_cast<float>(size) / static_cast<float>(stride)));
+    return size > 0 ? (size - 1) / stride + 1 : size / stride;
 }
 
 }  // namespace

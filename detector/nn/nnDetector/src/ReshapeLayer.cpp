@@ -9,6 +9,7 @@ void ReshapeLayer::forward() {
     KZ_ASSERT_EQ(bottomLayers_.size(), 1);
     const KZ::Blob& bottom = bottomBlob(0);
     KZ_ASSERT_GT(size_.area(), 0);
+    KZ_ASSERT_GE(bottom.size(), 1);
     KZ_ASSERT_EQ(bottom.channels() * bottom.height() * bottom.width() % size_.area(), 0);
     top_.init(bottom.num(), bottom.volume() / size_.area(), size_.height, size_.width,
               bottom.getMemory());
