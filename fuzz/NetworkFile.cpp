@@ -5,8 +5,8 @@
 #include "FuzzTarget.h"
 #include "NnDetector.h"
 
-// Network files: what is accepted survives being written and read again, can be emitted as source,
-// and computes an answer or refuses to.
+// Network files: what is accepted survives being written and read again and being cloned, can be
+// emitted as source, and computes an answer or refuses to.
 
 namespace {
 
@@ -57,6 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string once = written(first);
     fuzz::require(read(once, second), "a network that was written is refused");
     fuzz::require(written(second) == once, "a network changes when it is written and read");
+    fuzz::require(written(first.clone()) == once, "a clone is another network");
     emit(first);
     run(first);
     return 0;

@@ -188,6 +188,34 @@ TEST(NetworkFile, Refusals) {
     EXPECT_TRUE(network.clone() == network);
 }
 
+TEST(NetworkFile, SidesOfNothing) {
+    // The last side is 0, and what the others ask for is not in the file.
+    const std::string text = head("Version 8", 1) + bytes("PReluLayer", "p", 500, 3, 2, 0, 0, '\n');
+    NnDetector network;
+    read(text, network);
+    EXPECT_EQ(text, bytesOf(network));
+    EXPECT_NE("no failure", assertionOf([&] {
+                  read(head("Version 8", 1) + bytes("PReluLayer", "p", 500, 0, 1 << 30, 2, 0, '\n'),
+                       network);
+              }));
+}
+
+// Each layer holds the one below: letting go of them must not take a call a layer.
+TEST(NetworkFile, LongChain) {
+    const int count = 100000;
+    std::string text = head("Version 8", count) + bytes("DataLayer", "0", 0, '\n');
+    for (int i = 1; i < count; ++i)
+        text += bytes("SigmoidLayer", std::to_string(i).c_str(), 1, std::to_string(i - 1).c_str(),
+                      '\n');
+    NnDetector network;
+    read(text, network);
+    EXPECT_EQ(std::vector<std::string>{std::to_string(count - 1)}, network.getOutputNames());
+    read(text, network);
+    NnDetector copy = network;
+    network = NnDetector();
+    copy.reset();
+}
+
 TEST(NetworkFile, CutAtEveryByte) {
     const std::string whole = bytesOf(everyLayerNetwork());
     NnDetector network;

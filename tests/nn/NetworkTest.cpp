@@ -134,6 +134,18 @@ TEST(Network, ClonesRunOnTheirThreads) {
     }
 }
 
+TEST(Network, ClonesLayersOfOneName) {
+    NnDetector network;
+    network.addLayer(KZ::SharedPtr<BaseLayer>(new DataLayer("twin")));
+    network.addLayer(KZ::SharedPtr<BaseLayer>(new SigmoidLayer("twin")));
+    network.addLayer(KZ::SharedPtr<BaseLayer>(new TangensLayer("twin")));
+    network.joinLayers();
+    Blob input(1, 1, 1, 2);
+    input.setValue(3);
+    const Floats expected = network.detect(input);
+    EXPECT_EQ(expected, Floats(network.clone().detect(input)));
+}
+
 TEST(Network, EqualityCountsWhatFilesStore) {
     const auto ending = [](BaseLayer* last, const char* name = "n") {
         NnDetector network = chain();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 
 #include "KZ_Assert.h"
 #include "KZ_Check.h"
@@ -32,6 +33,7 @@ NnDetector& NnDetector::operator=(const NnDetector& other) {
     transpose_ = other.transpose_;
     meanValues_ = other.meanValues_;
     samplewiseMean_ = other.samplewiseMean_;
+    releaseLayers();
     network_ = other.network_;
     outputLayers_ = other.outputLayers_;
     automaticOutputs_ = other.automaticOutputs_;
@@ -41,8 +43,14 @@ NnDetector& NnDetector::operator=(const NnDetector& other) {
 
 void NnDetector::reset() {
     size_ = KZ::Size();
-    network_.clear();
+    releaseLayers();
     outputLayers_.clear();
+}
+
+// From the last one on: each holds those below it, and a long chain that hung on its last layer
+// would take a call a layer to fall.
+void NnDetector::releaseLayers() {
+    while (!network_.empty()) network_.pop_back();
 }
 
 void NnDetector::setInputColorMode(const KZ::ColorMode& mode) {
@@ -73,22 +81,18 @@ void NnDetector::setOutputLayers(const std::vector<std::string>& names) {
 
 void NnDetector::updateOutputLayers() {
     if (!automaticOutputs_) return;
+    std::set<std::string> feeding;
+    for (const auto& layer : network_) {
+        for (const std::string& bottom : layer->getBottomLayersName()) feeding.insert(bottom);
+    }
     const size_t count = std::min(network_.size(), outputLayers_.size());
     for (size_t i = 0; i < count; ++i) {
         if (!outputLayers_[i]) continue;
         // Activations work in place: the layer below holds the same memory already.
         const std::string type = network_[i]->type();
         const bool activation = type == "ReluLayer" || type == "PReluLayer";
-        if (activation || feedsAnother(network_[i]->name())) outputLayers_[i] = false;
+        if (activation || feeding.count(network_[i]->name()) != 0) outputLayers_[i] = false;
     }
-}
-
-bool NnDetector::feedsAnother(const std::string& layerName) const {
-    for (const auto& layer : network_) {
-        const std::vector<std::string> bottoms = layer->getBottomLayersName();
-        if (std::find(bottoms.begin(), bottoms.end(), layerName) != bottoms.end()) return true;
-    }
-    return false;
 }
 
 const KZ::Blob& NnDetector::detect(const KZ::Image& image) const {
@@ -190,15 +194,17 @@ void NnDetector::prune() {
 NnDetector NnDetector::clone() const {
     NnDetector copy(*this);
     copy.inputBlob_ = KZ::Blob();
-    std::map<std::string, KZ::SharedPtr<BaseLayer>> byName;
+    // Not by name: layers of a file may share one.
+    std::map<const BaseLayer*, KZ::SharedPtr<BaseLayer>> clones;
     for (auto& layer : copy.network_) {
-        layer = layer->clone();
-        byName[layer->name()] = layer;
+        const KZ::SharedPtr<BaseLayer> original = layer;
+        layer = original->clone();
+        clones[original.get()] = layer;
     }
     for (size_t i = 0; i < network_.size(); ++i) {
         const KZ::SharedPtr<BaseLayer>& pLayer = copy.network_[i];
-        for (const std::string& name : network_[i]->getBottomLayersName()) {
-            pLayer->addBottomLayer(byName[name]);
+        for (const auto& bottom : network_[i]->bottomLayers()) {
+            pLayer->addBottomLayer(clones[bottom.get()]);
         }
         KZ_ASSERT((pLayer->getBottomLayersName()) == (network_[i]->getBottomLayersName()),
                   "layer " << pLayer->name());

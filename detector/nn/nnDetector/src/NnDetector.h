@@ -92,6 +92,7 @@ public:
     void prune();
 
     NnDetector() = default;
+    ~NnDetector() { releaseLayers(); }
     // A copy shares the layers, so the two are one run context.
     NnDetector(const NnDetector& other) = default;
     NnDetector& operator=(const NnDetector& other);
@@ -114,7 +115,7 @@ private:
 
     void addMeans(const KZ::Image& image) const;
     void prepareOutputs();
-    bool feedsAnother(const std::string& layerName) const;
+    void releaseLayers();
 
     KZ::ColorMode inputColorMode_ = KZ::COLOR_MODE_MONO;
     mutable KZ::Blob inputBlob_;

@@ -88,6 +88,7 @@ KZ::ArchiveI& operator&(KZ::ArchiveI& archive, NnDetector& network) {
     // default; the outputs stay.
     network.name_ = read.name_;
     network.size_ = size;
+    network.releaseLayers();
     network.network_ = read.network_;
     network.inputColorMode_ = static_cast<KZ::ColorMode>(mode);
     network.meanValues_.assign(KZ::depth(network.inputColorMode_), 0);
