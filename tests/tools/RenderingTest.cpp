@@ -33,9 +33,15 @@ cv::Mat meanWindow(bool mirrored, int angle) {
     return sum;
 }
 
-/// The drawn hand as it fills a window when turned.
+/// The drawn hand as it fills a window when turned, where the scan is taught to see it.
 cv::Mat turnedHand(double angle) {
-    return placedHand({36, 35}, 36 / WindowShape::PER_PALM, angle, 1.5);
+    const double palm = 36 / WindowShape::PER_PALM * std::exp(PositiveRenderer::SETTLES_LARGER);
+    const cv::Mat centred = placedHand({36, 35}, palm, angle, 1.5);
+    const cv::Matx23d shift(1, 0, PositiveRenderer::SETTLES_RIGHT * palm, 0, 1,
+                            PositiveRenderer::SETTLES_DOWN * palm);
+    cv::Mat hand;
+    cv::warpAffine(centred, hand, shift, centred.size(), cv::INTER_LINEAR, cv::BORDER_REPLICATE);
+    return hand;
 }
 
 // What each cascade is trained on: a right hand, whichever hand the photograph shows, turned to the
@@ -52,6 +58,71 @@ TEST(PositiveRenderer, TurnsHandsToTheCascadesAngleAsRightHands) {
                 EXPECT_LT(correlation(mean, turnedHand(other)), own - 0.03);
             }
             EXPECT_LT(correlation(mean, flipped(turnedHand(-angle))), own - 0.03);
+        }
+    }
+}
+
+TEST(Composer, ExposuresDoWhatTheyName) {
+    const cv::Mat picture = placedHand({120, 100}, 30, 0, 0.6);
+    const auto exposed = [&](const Exposure& exposure) {
+        Random random(8);
+        cv::Mat frame = picture.clone();
+        expose(exposure, random, frame);
+        return frame;
+    };
+    EXPECT_LE(cv::norm(exposed({}), picture, cv::NORM_INF), 1) << "nothing drawn, nothing done";
+
+    Exposure sideways;
+    sideways.motion = {3, 0};
+    const cv::Mat moved = exposed(sideways);
+    const auto roughness = [](const cv::Mat& frame, int dx, int dy) {
+        cv::Mat slopes;
+        cv::Sobel(frame, slopes, CV_32F, dx, dy);
+        return cv::norm(slopes, cv::NORM_L2);
+    };
+    EXPECT_LT(roughness(moved, 1, 0), 0.8 * roughness(picture, 1, 0));
+    EXPECT_GT(roughness(moved, 0, 1), 0.8 * roughness(picture, 0, 1));
+
+    Exposure bright;
+    bright.gamma = 0.5;
+    bright.contrast = 0.5;
+    bright.brightness = 10;
+    // The gamma makes 134 of the 70 in the corner.
+    const double mean = cv::mean(picture)[0];
+    EXPECT_NEAR(mean + (133.6 - mean) / 2 + 10, exposed(bright).at<uchar>(0, 0), 1.5);
+
+    Exposure lit;
+    lit.sideLight = SideLight{0, 0.25, 0, 2};
+    const cv::Mat shaded = exposed(lit);
+    EXPECT_NEAR(70 * 0.25, shaded.at<uchar>(5, 0), 1.5);
+    EXPECT_NEAR(70, shaded.at<uchar>(5, 119), 1.5);
+
+    Exposure packed;
+    packed.jpegQuality = 40;
+    const double change = cv::norm(exposed(packed), picture, cv::NORM_L1) / picture.total();
+    EXPECT_GT(change, 0.2);
+    EXPECT_LT(change, 6);
+}
+
+TEST(Composer, SleevesCoverTheWristAlone) {
+    for (const double angle : {-30.0, 0.0, 30.0}) {
+        const double radians = angle * CV_PI / 180;
+        const cv::Point2d hand(59.5, 59.5), down(std::sin(radians), std::cos(radians));
+        const cv::Point2d side(down.y, -down.x), edge = hand + down * 17;
+        // Fingers and palm end 0.6 palm widths below the middle.
+        const std::vector<cv::Point> above = {edge + side * 99, edge - side * 99,
+                                              edge - side * 99 - down * 199,
+                                              edge + side * 99 - down * 199};
+        cv::Mat keeps = cv::Mat::zeros(120, 120, CV_8U);
+        cv::fillConvexPoly(keeps, above, cv::Scalar(255));
+        for (uint64_t seed = 0; seed < 20; ++seed) {
+            const cv::Mat bare(120, 120, CV_8U, cv::Scalar(255));
+            cv::Mat dressed = bare.clone();
+            Random random(seed);
+            coverWrist(hand, 30, angle, random, dressed);
+            const cv::Mat changed = dressed != bare;
+            EXPECT_TRUE(changed.at<uchar>(cv::Point(hand + down * 45))) << angle << " " << seed;
+            EXPECT_EQ(0, cv::countNonZero(changed & keeps)) << angle << " " << seed;
         }
     }
 }

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <vector>
 
+#include "Composer.h"
+
 namespace training {
 
 namespace {
@@ -54,16 +56,11 @@ void cover(const KZ::Size& size, Random& random, float* pixels) {
     }
 }
 
-/// Light from one side: pixels fade along a random direction to a fifth at the darkest.
-void shade(const KZ::Size& size, Random& random, float* pixels) {
-    const double direction = random.uniform(0, 2 * M_PI), darkest = random.uniform(0.2, 0.8);
-    const double dx = std::cos(direction) / size.width, dy = std::sin(direction) / size.height;
-    const double middle = random.uniform(-0.3, 0.3), steepness = random.uniform(1, 5);
+void shade(const KZ::Size& size, const SideLight& light, float* pixels) {
     for (int y = 0; y < size.height; ++y) {
         for (int x = 0; x < size.width; ++x) {
-            const double along = (x - size.width / 2) * dx + (y - size.height / 2) * dy - middle;
-            const double lit = std::clamp(0.5 + along * steepness, 0.0, 1.0);
-            pixels[y * size.width + x] *= static_cast<float>(darkest + (1 - darkest) * lit);
+            pixels[y * size.width + x] *= static_cast<float>(
+                light.at((x + 0.5) / size.width - 0.5, (y + 0.5) / size.height - 0.5));
         }
     }
 }
@@ -84,7 +81,7 @@ void varyPatch(const uint8_t* patch, const KZ::Size& size, Random& random, float
     for (int i = 0; i < count; ++i) mean += patch[i];
     const std::vector<float> curve = drawCurve(mean / count, random);
     for (int i = 0; i < count; ++i) input[i] = curve[patch[i]];
-    if (random.chance(0.2)) shade(size, random, input);
+    if (random.chance(0.2)) shade(size, SideLight::draw(random), input);
     if (random.chance(0.1)) cover(size, random, input);
     if (random.chance(0.3)) blur(size, static_cast<float>(random.uniform(0.02, 0.25)), input);
     const float noise = random.chance(0.6) ? static_cast<float>(random.uniform(0, 4)) : 0;

@@ -15,6 +15,8 @@ namespace {
 constexpr double MIN_PALM = 17, MAX_PALM = 64;
 /// No photograph is enlarged further.
 constexpr double MAX_ENLARGEMENT = 1.6;
+/// How often a sleeve covers the wrist of a hand that is alone in its photograph.
+constexpr double SLEEVES = 0.12;
 /// The source of tight crops, one hand each.
 const char* const CROPS = "hagrid_capstone";
 
@@ -135,7 +137,7 @@ void SampleFrames::drawScene(Random& random, ShownFrame& frame) const {
     frame = ShownFrame();
     frame.isScene = true;
     drawBackground(scenes_, random, frame.pixels);
-    expose(Exposure::draw(random), random, frame.pixels);
+    expose(Exposure::draw(random, 1), random, frame.pixels);
 }
 
 void SampleFrames::drawPhoto(Random& random, double palmShare, ShownFrame& frame) const {
@@ -158,8 +160,13 @@ void SampleFrames::drawPhoto(Random& random, double palmShare, ShownFrame& frame
     const cv::Mat& pixels = store_.grey(hand.photo);
     paste(pixels, placement, random.uniform(0.03, 0.1) * std::min(pixels.cols, pixels.rows),
           random.uniform(1, 1.6), frame.pixels);
-    expose(Exposure::draw(random), random, frame.pixels);
-    for (const ManifestRow& row : store_.photos()[hand.photo].rows) {
+    const std::vector<ManifestRow>& rows = store_.photos()[hand.photo].rows;
+    if (rows.size() == 1 && random.chance(SLEEVES)) {
+        const ShownHand only = shown(rows[0], placement);
+        coverWrist(only.centre, only.palmWidth, only.angle, random, frame.pixels);
+    }
+    expose(Exposure::draw(random, 1), random, frame.pixels);
+    for (const ManifestRow& row : rows) {
         if (row.hasPose) frame.hands.push_back(shown(row, placement));
     }
 }
@@ -178,7 +185,7 @@ void SampleFrames::drawCrops(Random& random, double palmShare, ShownFrame& frame
             empty ? pieceOfScene(random) : pick(palm ? croppedPalms_ : croppedOthers_, random);
         drawCrop(hand, place, random, frame);
     }
-    expose(Exposure::draw(random), random, frame.pixels);
+    expose(Exposure::draw(random, 1), random, frame.pixels);
 }
 
 SampleFrames::Hand SampleFrames::pieceOfScene(Random& random) const {

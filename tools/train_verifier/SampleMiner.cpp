@@ -50,7 +50,7 @@ struct SampleMiner::Worker {
         : strict(ring), loose(looseRing) {}
 
     LocationScan strict, loose;
-    NnDetector first;
+    NnDetector verifiers[VERIFIERS];
     ShownFrame frame;
 };
 
@@ -63,8 +63,10 @@ SampleMiner::SampleMiner(const PhotoStore& store, const RingContent& ring, int l
 
 SampleMiner::~SampleMiner() = default;
 
-void SampleMiner::setFirstVerifier(const NnDetector& network) {
-    for (const std::unique_ptr<Worker>& worker : workers_) worker->first = network.clone();
+void SampleMiner::setVerifier(int verifier, const NnDetector& network) {
+    for (const std::unique_ptr<Worker>& worker : workers_) {
+        worker->verifiers[verifier] = network.clone();
+    }
 }
 
 SampleSet SampleMiner::mine(const MiningOrder& order) {
@@ -140,10 +142,14 @@ void SampleMiner::addPlaced(const MiningOrder& order, Worker& worker, Random& ra
 
 bool SampleMiner::isWanted(const MiningOrder& order, Worker& worker, Origin origin,
                            const PatchPair& patches) const {
-    if (!worker.first.isLoaded()) return true;
-    if (isPalm(origin)) return false;
-    return palmScore(worker.first, viewOf(patches.pixels[0], verifierDesign(0).input)) >
-           order.minFirstScore;
+    for (int i = 0; i < VERIFIERS; ++i) {
+        const NnDetector& network = worker.verifiers[i];
+        if (!network.isLoaded()) continue;
+        if (isPalm(origin)) return false;
+        const KZ::Image patch = viewOf(patches.pixels[i], verifierDesign(i).input);
+        if (!(palmScore(network, patch) > order.minScore[i])) return false;
+    }
+    return true;
 }
 
 Finding judge(const ShownFrame& frame, const DetectorView& view,

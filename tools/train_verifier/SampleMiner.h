@@ -19,8 +19,8 @@ struct MiningOrder {
     double palmShare = 0.5;                 ///< of the hands shown
     /// Placed palms and hands besides the scan's own locations.
     bool withPlaced = true;
-    /// With a network: only what is no palm and the first verifier gives more than this.
-    float minFirstScore = 0;
+    /// With networks: only what is no palm and the verifiers give more than this.
+    float minScore[VERIFIERS] = {};
 };
 
 /// Shows frames to the library's scan and cuts patches at what it reports, labelled by what is
@@ -33,8 +33,8 @@ public:
 
     /// The deviations from which those of placed patches are drawn.
     void setDeviations(const std::vector<Deviation>& deviations) { deviations_ = deviations; }
-    /// The first verifier, for `minFirstScore`.
-    void setFirstVerifier(const NnDetector& network);
+    /// A verifier, for `minScore`.
+    void setVerifier(int verifier, const NnDetector& network);
 
     /// The outcome depends on the order alone, not on the threads' timing.
     SampleSet mine(const MiningOrder& order);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <numeric>
 #include <sstream>
@@ -103,6 +104,7 @@ void VerifierTrainer::initialise() {
         if (s.activation) values_.resize(values_.size() + s.filters, SLOPE);
         decays_.resize(values_.size(), 0);
     }
+    if (!start_.empty()) values_ = start_;
     average_ = values_;
     firstMoment_.assign(values_.size(), 0);
     secondMoment_.assign(values_.size(), 0);
@@ -228,6 +230,7 @@ std::string VerifierTrainer::key() const {
     text << design_.name << " seed " << settings_.seed << " epochs " << settings_.epochs << " of "
          << settings_.batchesPerEpoch << " rate " << settings_.learningRate << " samples "
          << samples_.size();
+    if (!start_.empty()) text << " start " << valuesHash(start_);
     for (const SampleDeck& deck : decks_) text << " " << deck.samples.size() << "*" << deck.share;
     return text.str();
 }
@@ -260,6 +263,16 @@ void VerifierTrainer::writeCheckpoint() const {
             writeValues(file, *list);
         }
     });
+}
+
+uint64_t valuesHash(const std::vector<float>& values) {
+    uint64_t hash = 0;
+    for (const float value : values) {
+        uint32_t bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        hash = mix(hash ^ bits);
+    }
+    return hash;
 }
 
 std::vector<float> marginsOf(int verifier, const std::vector<float>& values,

@@ -43,10 +43,14 @@ public:
                     const TrainerSettings& settings, const std::string& checkpoint,
                     Progress& progress);
 
+    /// Begins with the mean values of another training rather than with random ones.
+    void startFrom(const std::vector<float>& average) { start_ = average; }
     /// Values for `buildVerifier`, the mean over the last steps' values. `costPerPatch` tells the
     /// progress what one patch of training counts.
     std::vector<float> run(double costPerPatch);
     const std::vector<EpochReport>& reports() const { return reports_; }
+    /// The mean values as trained, for `startFrom`.
+    const std::vector<float>& average() const { return average_; }
 
 private:
     struct Part;
@@ -67,10 +71,13 @@ private:
     const TrainerSettings settings_;
     const std::string checkpoint_;
     Progress& progress_;
-    std::vector<float> values_, average_, firstMoment_, secondMoment_;
+    std::vector<float> start_, values_, average_, firstMoment_, secondMoment_;
     std::vector<char> decays_;
     std::vector<EpochReport> reports_;
 };
+
+/// Tells two networks' values apart.
+uint64_t valuesHash(const std::vector<float>& values);
 
 /// Margins of the training library for samples of the set; `values` are those of `buildVerifier`.
 std::vector<float> marginsOf(int verifier, const std::vector<float>& values,

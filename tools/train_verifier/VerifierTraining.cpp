@@ -20,8 +20,8 @@ namespace {
 
 /// The chain's thresholds on the share of palm in the logits' softmax.
 constexpr double CHAIN_THRESHOLD[VERIFIERS] = {0.2, 0.5};
-/// Below the first threshold, so that the second verifier knows near misses too.
-constexpr float HARD_SCORE = 0.1f;
+/// Below the thresholds, so that the second verifier knows near misses too.
+constexpr float HARD_SCORE = 0.1f, ALARM_SCORE = 0.3f;
 /// Seconds on one core, about: what the progress counts in.
 constexpr double FRAME_COST = 0.03, PATCH_COST[VERIFIERS] = {0.0003, 0.0008};
 /// How far library and trainer may differ, and on how many patches that is checked.
@@ -68,6 +68,8 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
     plan.fitBlocks = scaled(160);
     plan.heldOutBlocks = scaled(8);
     plan.hardBlocks = scaled(64);
+    plan.rounds = 2;
+    plan.roundBlocks = scaled(40);
     const int epochs[VERIFIERS] = {40, 32}, batches[VERIFIERS] = {400, 400};
     for (int i = 0; i < VERIFIERS; ++i) {
         plan.trainer[i].epochs = epochs[i];
@@ -75,24 +77,29 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
         plan.trainer[i].seed = seed;
         plan.trainer[i].threads = threads;
     }
+    plan.refining = plan.trainer[1];
+    plan.refining.epochs = 8;
+    plan.refining.learningRate = 0.0006;
     return plan;
 }
 
 std::string VerifierPlan::fingerprint() const {
     std::ostringstream text;
-    text << "procedure 2 seed " << seed << " loosening " << loosening << " frames " << blockFrames
+    text << "procedure 3 seed " << seed << " loosening " << loosening << " frames " << blockFrames
          << " held out " << heldOutBlocks;
     return text.str();
 }
 
 double VerifierTraining::plannedWork(const VerifierPlan& plan) {
-    const int blocks = 1 + plan.fitBlocks + plan.heldOutBlocks + plan.hardBlocks;
+    const int blocks =
+        1 + plan.fitBlocks + plan.heldOutBlocks + plan.hardBlocks + plan.rounds * plan.roundBlocks;
+    const auto patches = [](const TrainerSettings& settings) {
+        return static_cast<double>(TrainerSettings::BATCH) * settings.epochs *
+               settings.batchesPerEpoch;
+    };
     double work = FRAME_COST * plan.blockFrames * blocks;
-    for (int i = 0; i < VERIFIERS; ++i) {
-        const TrainerSettings& settings = plan.trainer[i];
-        work += PATCH_COST[i] * TrainerSettings::BATCH * settings.epochs * settings.batchesPerEpoch;
-    }
-    return work;
+    for (int i = 0; i < VERIFIERS; ++i) work += PATCH_COST[i] * patches(plan.trainer[i]);
+    return work + PATCH_COST[1] * plan.rounds * patches(plan.refining);
 }
 
 VerifierTraining::VerifierTraining(const PhotoStore& store, const std::string& ring,
@@ -116,6 +123,7 @@ std::vector<NnDetector> VerifierTraining::run() {
                 values[0]);
     mineHard(values[0]);
     values[1] = train(1, secondDecks(values[0]));
+    refine(values.data());
     calibrate(values.data());
     std::vector<NnDetector> networks;
     for (int i = 0; i < VERIFIERS; ++i) {
@@ -128,8 +136,7 @@ std::vector<NnDetector> VerifierTraining::run() {
 
 void VerifierTraining::mineBlock(const std::string& name, const MiningOrder& order) {
     const std::string path = folder_ + "/" + name + ".samples";
-    const std::string key = ringKey_ + " " + plan_.fingerprint() + " " + name + " " +
-                            std::to_string(order.minFirstScore);
+    const std::string key = ringKey_ + " " + plan_.fingerprint() + " " + name + chainKey_;
     SampleSet found;
     if (found.read(path, key)) {
         progress_.skip(FRAME_COST * order.frames);
@@ -192,20 +199,63 @@ void VerifierTraining::mineSamples() {
 }
 
 void VerifierTraining::mineHard(const std::vector<float>& first) {
-    miner_.setFirstVerifier(buildVerifier(verifierDesign(0), first));
+    miner_.setVerifier(0, buildVerifier(verifierDesign(0), first));
+    chainKey_ = " behind " + std::to_string(valuesHash(first));
     const int before = samples_.size();
     MiningOrder order;
     order.frames = plan_.blockFrames;
     order.sceneShare = 0.4;
     order.photoShare = 0.25;
     order.palmShare = 0;
-    order.minFirstScore = HARD_SCORE;
+    order.minScore[0] = HARD_SCORE;
     for (int i = 0; i < plan_.hardBlocks; ++i) {
         order.seed = mix(plan_.seed * 1000 + 500 + i);
         mineBlock("hard" + std::to_string(i), order);
     }
     progress_.line("mined " + std::to_string(samples_.size() - before) +
                    " that the first verifier lets pass");
+}
+
+int VerifierTraining::mineAlarms(int round, const std::vector<float>* values) {
+    std::array<std::vector<float>, VERIFIERS> calibrated = {values[0], values[1]};
+    calibrate(calibrated.data());
+    chainKey_.clear();
+    MiningOrder order;
+    for (int i = 0; i < VERIFIERS; ++i) {
+        miner_.setVerifier(i, buildVerifier(verifierDesign(i), calibrated[i]));
+        chainKey_ += " behind " + std::to_string(valuesHash(calibrated[i]));
+    }
+    order.frames = plan_.blockFrames;
+    order.sceneShare = 0.4;
+    order.photoShare = 0.25;
+    order.palmShare = 0;
+    order.minScore[0] = static_cast<float>(CHAIN_THRESHOLD[0]);
+    order.minScore[1] = ALARM_SCORE;
+    const int before = samples_.size();
+    for (int i = 0; i < plan_.roundBlocks; ++i) {
+        order.seed = mix(plan_.seed * 1000 + 1000 * (round + 1) + 100000 + i);
+        mineBlock("alarms" + std::to_string(round) + "_" + std::to_string(i), order);
+    }
+    const int found = samples_.size() - before;
+    progress_.line("round " + std::to_string(round + 1) + ": " + std::to_string(found) +
+                   " alarms and near ones of the whole chain in " +
+                   std::to_string(plan_.roundBlocks * plan_.blockFrames) + " frames");
+    return found;
+}
+
+void VerifierTraining::refine(std::vector<float>* values) {
+    const int firstAlarm = samples_.size();
+    for (int round = 0; round < plan_.rounds; ++round) {
+        if (mineAlarms(round, values) < plan_.fewAlarms) break;
+        TrainerSettings settings = plan_.refining;
+        settings.seed = mix(settings.seed + static_cast<uint64_t>(round) + 1);
+        const std::string base =
+            folder_ + "/" + verifierDesign(1).name + ".round" + std::to_string(round + 1);
+        VerifierTrainer trainer(1, samples_, roundDecks(values[0], firstAlarm), settings,
+                                base + ".checkpoint", progress_);
+        trainer.startFrom(average_);
+        values[1] = finish(trainer, 1, base);
+    }
 }
 
 std::vector<SampleDeck> VerifierTraining::firstDecks() const {
@@ -253,11 +303,27 @@ std::vector<SampleDeck> VerifierTraining::secondDecks(const std::vector<float>& 
     return decks;
 }
 
+std::vector<SampleDeck> VerifierTraining::roundDecks(const std::vector<float>& first,
+                                                     int firstAlarm) const {
+    std::vector<SampleDeck> decks = secondDecks(first);
+    SampleDeck alarms;
+    alarms.share = 0.1;
+    for (int i = firstAlarm; i < samples_.size(); ++i) alarms.samples.push_back(i);
+    decks.push_back(alarms);
+    return decks;
+}
+
 std::vector<float> VerifierTraining::train(int verifier, std::vector<SampleDeck> decks) {
     const std::string base = folder_ + "/" + verifierDesign(verifier).name;
     VerifierTrainer trainer(verifier, samples_, std::move(decks), plan_.trainer[verifier],
                             base + ".checkpoint", progress_);
+    return finish(trainer, verifier, base);
+}
+
+std::vector<float> VerifierTraining::finish(VerifierTrainer& trainer, int verifier,
+                                            const std::string& base) {
     const std::vector<float> values = trainer.run(PATCH_COST[verifier]);
+    average_ = trainer.average();
     writePlot(verifierDesign(verifier).name, trainer.reports(), base + ".png");
     return values;
 }

@@ -20,8 +20,12 @@ struct VerifierPlan {
     int blockFrames = 500;  ///< frames between two checkpoints of the mining
     int fitBlocks = 1, heldOutBlocks = 1;
     int hardBlocks = 1;  ///< searched for what the first verifier lets pass
+    /// Rounds in which the whole chain is searched for alarms that the second verifier then learns;
+    /// they end early where one finds fewer than `fewAlarms`.
+    int rounds = 0, roundBlocks = 1, fewAlarms = 100;
     TrainerSettings trainer[VERIFIERS];
-    double kept = 0.955;  ///< of the palms by both verifiers
+    TrainerSettings refining;  ///< of the second verifier after each round
+    double kept = 0.955;       ///< of the palms by both verifiers
 
     /// `size` is the amount of data and work, 1 is the full training.
     static VerifierPlan palm(double size, uint64_t seed, int threads);
@@ -47,9 +51,13 @@ private:
     void mineBlock(const std::string& name, const MiningOrder& order);
     void mineSamples();
     void mineHard(const std::vector<float>& first);
+    int mineAlarms(int round, const std::vector<float>* values);
+    void refine(std::vector<float>* values);
     std::vector<float> train(int verifier, std::vector<SampleDeck> decks);
+    std::vector<float> finish(VerifierTrainer& trainer, int verifier, const std::string& base);
     std::vector<SampleDeck> firstDecks() const;
     std::vector<SampleDeck> secondDecks(const std::vector<float>& first) const;
+    std::vector<SampleDeck> roundDecks(const std::vector<float>& first, int firstAlarm) const;
     std::vector<int> heldOutOf(Origin origin, bool withLoose) const;
     ChainMargins chainMargins(const std::vector<float>* values,
                               const std::vector<int>& which) const;
@@ -62,6 +70,8 @@ private:
     Progress& progress_;
     SampleMiner miner_;
     SampleSet samples_;
+    std::string chainKey_;        ///< of the verifiers that the miner has
+    std::vector<float> average_;  ///< of the training that ended last
 };
 
 }  // namespace training

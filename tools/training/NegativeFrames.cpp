@@ -5,10 +5,14 @@
 
 #include "Composer.h"
 #include "Failure.h"
+#include "PositiveRenderer.h"
 
 namespace training {
 
 namespace {
+
+/// How often a sleeve covers the wrist, as often as at palms.
+constexpr double SLEEVES = 0.06;
 
 int pick(const std::vector<int>& photos, Random& random) {
     return photos[random.below(static_cast<int>(photos.size()))];
@@ -60,7 +64,7 @@ std::vector<int> NegativeFrames::licensedScenes() const {
 void NegativeFrames::drawScene(Random& random, cv::Mat& frame) const {
     frame.create(HEIGHT, WIDTH, CV_8U);
     fillWithScene(store_.grey(pick(scenes_, random)), 1.8, random, frame);
-    expose(Exposure::draw(random), random, frame);
+    expose(Exposure::draw(random, PositiveRenderer::HARDSHIP), random, frame);
 }
 
 std::vector<HandZone> NegativeFrames::drawHands(Random& random, cv::Mat& frame) const {
@@ -69,7 +73,7 @@ std::vector<HandZone> NegativeFrames::drawHands(Random& random, cv::Mat& frame) 
     const bool posed = croppedHands_.empty() || (!posedHands_.empty() && random.chance(0.5));
     std::vector<HandZone> zones =
         posed ? drawPosedHands(random, frame) : drawCroppedHands(random, frame);
-    expose(Exposure::draw(random), random, frame);
+    expose(Exposure::draw(random, PositiveRenderer::HARDSHIP), random, frame);
     return zones;
 }
 
@@ -86,6 +90,10 @@ std::vector<HandZone> NegativeFrames::drawPosedHands(Random& random, cv::Mat& fr
     placement.mirrored = random.chance(0.5);
     const cv::Mat& pixels = store_.grey(photo);
     paste(pixels, placement, 0.03 * pixels.cols, random.uniform(1, 1.6), frame);
+    if (rows.size() == 1 && random.chance(SLEEVES)) {
+        const double angle = placement.turn + (placement.mirrored ? -row.angle : row.angle);
+        coverWrist(placement.position, palm, angle, random, frame);
+    }
     std::vector<HandZone> zones;
     for (const ManifestRow& hand : rows) zones.push_back(zoneOf(hand, placement));
     return zones;

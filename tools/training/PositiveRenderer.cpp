@@ -10,6 +10,9 @@ namespace training {
 
 namespace {
 
+/// How often a sleeve covers the wrist.
+constexpr double SLEEVES = 0.06;
+
 /// The mean of a picture's outermost pixels.
 double edgeMean(const cv::Mat& photo) {
     const int w = photo.cols, h = photo.rows;
@@ -65,8 +68,8 @@ Window PositiveRenderer::render(int photo, const ManifestRow& row, const WindowS
     const int layer = random.below(usableLayers(row.palmWidth, layerPalm));
     const double zoom = std::pow(PYRAMID_STEP, layer);
     const double half = std::log(PYRAMID_STEP) / 2;
-    const double palm =
-        layerPalm * zoom * DetectorView::ZOOM * std::exp(random.uniform(-half, half));
+    const double palm = layerPalm * zoom * DetectorView::ZOOM *
+                        std::exp(random.uniform(-half, half) + SETTLES_LARGER);
     const double angle = shape.angle + random.uniform(-ANGLE_SPREAD, ANGLE_SPREAD);
     const double ownAngle = row.mirrored ? -row.angle : row.angle;
 
@@ -78,13 +81,16 @@ Window PositiveRenderer::render(int photo, const ManifestRow& row, const WindowS
     placement.position = {side / 2 + random.uniform(-1, 1), side / 2 + random.uniform(-1, 1)};
     const double feather = random.uniform(0.05, 0.14) * std::min(pixels.cols, pixels.rows);
     paste(pixels, placement, feather, random.uniform(1, 1.7), frame_);
-    expose(Exposure::draw(random), random, frame_);
+    if (random.chance(SLEEVES)) coverWrist(placement.position, palm, angle, random, frame_);
+    expose(Exposure::draw(random, HARDSHIP), random, frame_);
 
     view_.make(frame_, false);
     pyramid_.setMono(view_.image());
     pyramid_.computeLayer(layer);
     const double layerZoom = pyramid_.zoomAtLayer(layer);
-    const cv::Point2d hand = view_.toView(placement.position) / layerZoom;
+    const cv::Point2d hand =
+        view_.toView(placement.position - cv::Point2d(SETTLES_RIGHT, SETTLES_DOWN) * palm) /
+        layerZoom;
     // The scan's step of 2 leaves the nearest window up to a pixel away.
     const auto corner = [&](double at, int centre, int size, int limit) {
         const long v = std::lround(at - centre + random.uniform(-1, 1));

@@ -16,6 +16,13 @@ class PositiveRenderer {
 public:
     /// Degrees around a cascade's angle at which palms are shown.
     static constexpr double ANGLE_SPREAD = 20;
+    /// Of their exposure: thresholds that let the hardest palms pass would let much else pass, and
+    /// cost time.
+    static constexpr double HARDSHIP = 0.3;
+    /// Where the scan settles beside the place that it learnt, in palm widths of a right hand and
+    /// as logarithm of the window's size (measured by evaluate): shown palms stand as far on the
+    /// other side, so that reports are centred.
+    static constexpr double SETTLES_RIGHT = -0.045, SETTLES_DOWN = -0.085, SETTLES_LARGER = -0.06;
     /// Layers on which palms are shown: palms 17 to 62 frame pixels wide.
     static constexpr int LAYERS = 8;
 
