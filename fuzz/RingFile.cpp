@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -19,6 +20,7 @@ namespace {
 
 // Grouping takes the square of the hits, and a ring from anywhere may hit at every window.
 const int MOST_CASCADES = 2;
+const int LARGEST_SIDE = 140;  // more than the places of RMCT classifiers reach
 
 /// A file name of this process that ends in ".ring"; the file goes with the object.
 class RingPath {
@@ -46,8 +48,18 @@ private:
     std::string path_;
 };
 
-KZ::Image noisePicture() {
-    KZ::Image picture(KZ::Size(20, 17), KZ::COLOR_MODE_MONO);
+// A side that a few windows of each cascade fit into, whichever way they are turned.
+int pictureSide(ClassifierRing& ring) {
+    int side = ring.getNumClassifiers() > 0 ? LARGEST_SIDE : 0;
+    for (int i = 0; i < ring.getNumClassifiers(); ++i) {
+        const KZ::Size& window = ring.baseClassifier(i).monoSize;
+        side = std::min(side, std::max(window.width, window.height) + 2);
+    }
+    return side;
+}
+
+KZ::Image noisePicture(int side) {
+    KZ::Image picture(KZ::Size(std::max(side, 20), std::max(side, 17)), KZ::COLOR_MODE_MONO);
     uint32_t state = 1;
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x) {
@@ -68,7 +80,7 @@ void checkRoundTrip(ClassifierRing& ring, const RingPath& path) {
 
 void scan(ClassifierRing& ring) {
     if (ring.getNumClassifiers() > MOST_CASCADES) return;
-    static const KZ::Image picture = noisePicture();
+    const KZ::Image picture = noisePicture(pictureSide(ring));
     DetectorData data;
     data.setPyramidParameters(1, 3);
     const KZ::DetectRegion region(picture.rect(), KZ::RangeF(), KZ::AngleRange(), KZ::Side::BOTH);

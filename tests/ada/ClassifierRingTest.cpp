@@ -204,6 +204,22 @@ TEST(ClassifierRing, BrokenFiles) {
     }
 }
 
+// A place that mirroring takes beyond a signed char would come out to the left of the window.
+TEST(ClassifierRing, WindowsThatRmctPlacesReach) {
+    Random random(20261121);
+    for (const KZ::Size size : {KZ::Size(128, 9), KZ::Size(129, 9), KZ::Size(9, 129)}) {
+        CascadedClassifier cascade = cascadeOf(size, {randomStage(random, size, 1, 0, 0)});
+        WeakClassifierRmct corner;
+        corner.setData(randomVotes(random));
+        cascade.strongClassifiers[0].addRmctClassifier(corner);
+        std::vector<CascadedClassifier*> pointers = {&cascade};
+        const OwnFile file("wide.ring");
+        ClassifierRing(pointers).save(file.path);
+        EXPECT_EQ(size == KZ::Size(128, 9) ? 1 : 0, ClassifierRing(file.path).getNumClassifiers())
+            << size;
+    }
+}
+
 TEST(StrongClassifier, RefusesRectanglesOutOfRange) {
     std::string votes;
     for (int i = 0; i < 255; ++i) votes += " 7";

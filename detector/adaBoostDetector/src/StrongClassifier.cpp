@@ -17,6 +17,12 @@ bool isSaneRange(const Weak* begin, const Weak* end, bool inputGiven) {
     return begin && end && end - begin < limit && inputGiven;
 }
 
+// True when the places that turns and mirroring lead to are numbers of the classifier's type, too.
+bool staysInRange(const WeakClassifierRmct& weak, const KZ::Size& size) {
+    const KZ::Point opposite(size.width - 1 - weak.x, size.height - 1 - weak.y);
+    return opposite.x <= KZ::maxValue<signed char>() && opposite.y <= KZ::maxValue<signed char>();
+}
+
 template <typename Weak>
 void checkVotes(const std::vector<Weak>& classifiers) {
     for (const Weak& weak : classifiers) {
@@ -104,7 +110,9 @@ void StrongClassifier::addHogClassifier(const WeakClassifierHog& weak) {
 bool StrongClassifier::fits(const KZ::Size& size) const {
     const KZ::Rect window(size);
     for (const WeakClassifierRmct& weak : rmct_)
-        if (!window.contains(KZ::Rect(weak.x, weak.y, weak.x + 1, weak.y + 1))) return false;
+        if (!window.contains(KZ::Rect(weak.x, weak.y, weak.x + 1, weak.y + 1)) ||
+            !staysInRange(weak, size))
+            return false;
     for (const WeakClassifierHaar& weak : haar_)
         if (!window.contains(weak.allRect) || !window.contains(weak.posRect)) return false;
     return true;

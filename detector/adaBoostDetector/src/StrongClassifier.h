@@ -65,8 +65,8 @@ public:
     /// Makes their offsets for an integral HOG with rows of `elements` sums.
     void setHogStrip(int elements) const;
 
-    /// True when the RMCT and Haar classifiers read nothing outside a window of `size`. The HOG
-    /// ones are checked when a cascade is activated.
+    /// True when the RMCT and Haar classifiers read nothing outside a window of `size`, turned or
+    /// mirrored as it may be. The HOG ones are checked when a cascade is activated.
     bool fits(const KZ::Size& size) const;
 
     /// The stage of a window of `size` that was turned or mirrored.
