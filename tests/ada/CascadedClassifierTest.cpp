@@ -129,6 +129,9 @@ TEST(CascadedClassifier, OneBrightnessFeatureFirst) {
     EXPECT_EQ(2 * 25 * (187 - 127), feature.minValue);
     EXPECT_EQ(2 * 25 * (192 - 127 + 1) - 1, feature.maxValue);
     EXPECT_GT(never.minValue, never.maxValue);
+    const AbsFeature large(haarOf(KZ::Rect(0, 0, 4096, 4096), KZ::Rect(), votes), -1);
+    EXPECT_LT(large.minValue, 0);
+    EXPECT_GT(large.maxValue, 0);
 }
 
 // What would read outside the pictures, or through no pointer, is refused.

@@ -68,6 +68,19 @@ TEST(WeakClassifier, HaarOfLargeRectangles) {
     }
 }
 
+// On white: the sums that the corners stand for leave 31 bits.
+TEST(WeakClassifier, HaarBeyondTheRangeOfSums) {
+    const KZ::Rect all(0, 0, 4096, 4096), upper(0, 0, 4096, 2048);
+    for (const KZ::Rect& inner : {upper, KZ::Rect()}) {
+        WeakClassifierHaar weak = haarOf(all, inner, nullptr);
+        weak.setStrip(1);
+        std::vector<unsigned int> integral(4096 + 4096 + 1, 0u);
+        integral.back() = 255u * 4096 * 4096;
+        integral[2048 + 4096] = 255u * 4096 * 2048;
+        EXPECT_LT(static_cast<unsigned int>(weak.index(integral.data())), 256u);
+    }
+}
+
 // The scaled features of a layer serve every zoom of its key.
 TEST(StrongClassifier, ZoomsOfOneKeyShareFeatures) {
     Random random(20260315);

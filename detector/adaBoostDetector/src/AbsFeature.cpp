@@ -1,6 +1,18 @@
 #include "AbsFeature.h"
 
+#include <algorithm>
+#include <cstdint>
+
 #include "KZ_Assert.h"
+#include "KZ_Limits.h"
+
+namespace {
+
+int clamped(int64_t sum) {
+    return static_cast<int>(std::clamp<int64_t>(sum, KZ::minValue<int>(), KZ::maxValue<int>()));
+}
+
+}  // namespace
 
 AbsFeature::AbsFeature(const WeakClassifierHaar& haar, int threshold) : rect(haar.allRect) {
     KZ_ASSERT_POINTER(haar.data);
@@ -14,8 +26,9 @@ AbsFeature::AbsFeature(const WeakClassifierHaar& haar, int threshold) : rect(haa
     }
     // The inverse of index = sum / (2 * area) + 127.
     const int middle = (size - 1) >> 1;
-    minValue = 2 * rect.area() * (lowest - middle);
-    maxValue = 2 * rect.area() * (highest - middle + 1) - 1;
+    const int64_t area = int64_t{rect.width()} * rect.height();
+    minValue = clamped(2 * area * (lowest - middle));
+    maxValue = clamped(2 * area * (highest - middle + 1) - 1);
 }
 
 void AbsFeature::setStripLength(unsigned short stripBytes) {

@@ -6,6 +6,8 @@
 
 namespace {
 
+const int64_t LARGEST_AREA = 0x7fffffff / 255;
+
 int64_t areaOf(const KZ::Rect& rect) {
     return int64_t{rect.width()} * rect.height();
 }
@@ -35,6 +37,8 @@ void WeakClassifierHaar::set() {
         posArea = -1;
         denominator = 2 * areaOf(allRect);
     }
+    // A white rectangle's sum would leave 31 bits, and the index the table.
+    if (areaOf(allRect) > LARGEST_AREA) denominator = 0;
     posWidth = static_cast<uint16_t>(posRect.width());
     allWidth = static_cast<uint16_t>(allRect.width());
 }

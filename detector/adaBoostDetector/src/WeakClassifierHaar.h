@@ -40,7 +40,8 @@ public:
     const signed char* getData() const { return data; }
 
     /// Where in the table the window's vote is: 0 to 254 for 8-bit pixels. `integral` is the
-    /// window's corner in an integral image of the strip at hand.
+    /// window's corner in an integral image of the strip at hand. Always 0 when `allRect` has more
+    /// than 8 million pixels.
     int index(const unsigned int* integral) const;
     int vote(const unsigned int* integral) const { return data[index(integral)]; }
 
@@ -70,7 +71,7 @@ inline int WeakClassifierHaar::index(const unsigned int* integral) const {
     if (denominator == 0) return 0;
     const unsigned int* pos = integral + posStart;
     const unsigned int* all = integral + allStart;
-    // Sums wrap at 32 bits; the difference of four corners is right as long as it fits itself.
+    // Sums wrap at 32 bits; the difference of four corners is right since it fits itself.
     const int32_t posSum = static_cast<int32_t>(pos[0] + pos[posHeightLen + posWidth] -
                                                 pos[posHeightLen] - pos[posWidth]);
     const int32_t allSum = static_cast<int32_t>(all[0] + all[allHeightLen + allWidth] -
