@@ -2,6 +2,7 @@
 
 #include "Composer.h"
 #include "DataFolder.h"
+#include "Matte.h"
 #include "NegativeFrames.h"
 #include "PositiveRenderer.h"
 
@@ -125,6 +126,49 @@ TEST(Composer, SleevesCoverTheWristAlone) {
             EXPECT_EQ(0, cv::countNonZero(changed & keeps)) << angle << " " << seed;
         }
     }
+}
+
+/// The drawn hand before ground that darkens evenly to one side.
+cv::Mat handOnPlainGround() {
+    cv::Mat picture = placedHand({120, 120}, 50, 0, 0.6);
+    for (int y = 0; y < 120; ++y) {
+        for (int x = 0; x < 120; ++x) {
+            picture.at<uchar>(y, x) = cv::saturate_cast<uchar>(picture.at<uchar>(y, x) + x / 6);
+        }
+    }
+    return picture;
+}
+
+TEST(Matte, FollowsTheHandOnPlainGround) {
+    const cv::Mat picture = handOnPlainGround(), flat = placedHand({120, 120}, 50, 0, 0.6);
+    const cv::Mat matte = matteOf(picture, {59.5, 75}, 14);
+    ASSERT_EQ(picture.size(), matte.size());
+    const cv::Mat hand = flat > 130, opaque = matte > 127;
+    EXPECT_GT(cv::countNonZero(opaque & hand), 0.97 * cv::countNonZero(hand));
+    // Gaps between fingers may close.
+    cv::Mat around;
+    cv::dilate(hand, around, cv::Mat(), {-1, -1}, 7);
+    EXPECT_EQ(0, cv::countNonZero(opaque & ~around));
+
+    cv::Mat clutter = picture.clone();
+    cv::Mat noise(120, 120, CV_8U);
+    cv::RNG(4).fill(noise, cv::RNG::UNIFORM, 0, 90);
+    clutter += noise;
+    EXPECT_TRUE(matteOf(clutter, {59.5, 75}, 14).empty()) << "no plain ground";
+    EXPECT_TRUE(matteOf(picture, {20, 20}, 14).empty()) << "no palm where it should be";
+    EXPECT_TRUE(matteOf(cv::Mat(120, 120, CV_8U, cv::Scalar(90)), {59.5, 75}, 14).empty());
+}
+
+// The scene shows beside the hand, where the ground was, and not through it.
+TEST(Composer, CutOutHandsLeaveTheSceneAlone) {
+    const cv::Mat picture = handOnPlainGround(), matte = matteOf(picture, {59.5, 75}, 14);
+    Placement placement;
+    placement.anchor = placement.position = {59.5, 59.5};
+    cv::Mat frame(120, 120, CV_8U, cv::Scalar(250));
+    paste(picture, placement, 4, 1, frame, matte);
+    EXPECT_EQ(250, frame.at<uchar>(20, 10));
+    EXPECT_EQ(250, frame.at<uchar>(100, 110));
+    EXPECT_NEAR(picture.at<uchar>(80, 60), frame.at<uchar>(80, 60), 1);
 }
 
 // No pixel of an earlier frame shines through: the outcome would depend on the threads.

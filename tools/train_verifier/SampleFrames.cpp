@@ -17,6 +17,8 @@ constexpr double MIN_PALM = 17, MAX_PALM = 64;
 constexpr double MAX_ENLARGEMENT = 1.6;
 /// How often a sleeve covers the wrist of a hand that is alone in its photograph.
 constexpr double SLEEVES = 0.12;
+/// How often a hand before plain ground stands before the scene alone, without that ground.
+constexpr double CUT_OUT = 0.5;
 /// The source of tight crops, one hand each.
 const char* const CROPS = "hagrid_capstone";
 
@@ -158,8 +160,10 @@ void SampleFrames::drawPhoto(Random& random, double palmShare, ShownFrame& frame
     placement.position = {random.uniform(margin, WIDTH - margin),
                           random.uniform(margin, HEIGHT - margin)};
     const cv::Mat& pixels = store_.grey(hand.photo);
-    paste(pixels, placement, random.uniform(0.03, 0.1) * std::min(pixels.cols, pixels.rows),
-          random.uniform(1, 1.6), frame.pixels);
+    const double feather = random.uniform(0.03, 0.1) * std::min(pixels.cols, pixels.rows);
+    const bool cutOut = random.chance(CUT_OUT);
+    paste(pixels, placement, feather, random.uniform(1, 1.6), frame.pixels,
+          cutOut ? store_.matte(hand.photo) : cv::Mat());
     const std::vector<ManifestRow>& rows = store_.photos()[hand.photo].rows;
     if (rows.size() == 1 && random.chance(SLEEVES)) {
         const ShownHand only = shown(rows[0], placement);
@@ -199,12 +203,14 @@ SampleFrames::Hand SampleFrames::pieceOfScene(Random& random) const {
 
 void SampleFrames::drawCrop(const Hand& hand, const cv::Rect& cell, Random& random,
                             ShownFrame& frame) const {
-    cv::Mat crop = store_.grey(hand.photo);
+    cv::Mat crop = store_.grey(hand.photo), matte;
+    if (random.chance(CUT_OUT)) matte = store_.matte(hand.photo);
     if (hand.row->kind == Kind::HAND && hand.row->image.empty()) {
         const int width = std::min(crop.cols, 50 + random.below(40));
         const int height = std::min(crop.rows, 80 + random.below(50));
         crop = crop(cv::Rect(random.below(crop.cols - width + 1),
                              random.below(crop.rows - height + 1), width, height));
+        matte.release();
     }
     const int longSide = std::max(crop.cols, crop.rows);
     ManifestRow row = *hand.row;
@@ -220,7 +226,7 @@ void SampleFrames::drawCrop(const Hand& hand, const cv::Rect& cell, Random& rand
     placement.position = {cell.x + cell.width * random.uniform(0.4, 0.6),
                           cell.y + cell.height * random.uniform(0.4, 0.6)};
     const double feather = random.uniform(0.05, 0.14) * std::min(crop.cols, crop.rows);
-    paste(crop, placement, feather, random.uniform(1, 1.6), frame.pixels);
+    paste(crop, placement, feather, random.uniform(1, 1.6), frame.pixels, matte);
     frame.hands.push_back(shown(row, placement));
 }
 

@@ -85,7 +85,7 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
 
 std::string VerifierPlan::fingerprint() const {
     std::ostringstream text;
-    text << "procedure 3 seed " << seed << " loosening " << loosening << " frames " << blockFrames
+    text << "procedure 4 seed " << seed << " loosening " << loosening << " frames " << blockFrames
          << " held out " << heldOutBlocks;
     return text.str();
 }

@@ -82,7 +82,7 @@ cv::Point2d transformed(const cv::Matx33d& matrix, const cv::Point2d& p) {
 }
 
 void paste(const cv::Mat& photo, const Placement& placement, double feather, double sharpness,
-           cv::Mat& wholeFrame) {
+           cv::Mat& wholeFrame, const cv::Mat& matte) {
     const cv::Matx33d toWholeFrame = placement.matrix();
     // A photograph without a fading edge goes on to the frame's edge; what was there before must
     // not show through.
@@ -107,8 +107,14 @@ void paste(const cv::Mat& photo, const Placement& placement, double feather, dou
     cv::Mat top, mask;
     cv::warpPerspective(small, top, map, frame.size(), cv::INTER_LINEAR, cv::BORDER_REPLICATE);
     if (feather <= 0) return top.copyTo(frame);
-    cv::warpPerspective(fadingMask(photo.size(), part, resized, feather), mask, map, frame.size(),
-                        cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(0));
+    cv::Mat opacity = fadingMask(photo.size(), part, resized, feather);
+    if (!matte.empty()) {
+        cv::Mat hand;
+        cv::resize(matte(part), hand, resized, 0, 0, cv::INTER_AREA);
+        cv::multiply(opacity, hand, opacity, 1.0 / 255);
+    }
+    cv::warpPerspective(opacity, mask, map, frame.size(), cv::INTER_LINEAR, cv::BORDER_CONSTANT,
+                        cv::Scalar(0));
     blend(top, mask, frame);
 }
 

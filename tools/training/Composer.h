@@ -28,9 +28,10 @@ cv::Point2d transformed(const cv::Matx33d& matrix, const cv::Point2d& p);
 /// what it held, and over the last `feather` picture pixels the two fade into each other; with 0
 /// the picture has to cover the frame.
 /// `sharpness` is 1 for the resolution of the frame's pixels; up to 2 it leaves finer detail in,
-/// which the sampling then folds, as cameras that skip pixels do.
+/// which the sampling then folds, as cameras that skip pixels do. With a `matte` (the opacity of
+/// each picture pixel) only what is opaque covers the frame; it needs a `feather`.
 void paste(const cv::Mat& photo, const Placement& placement, double feather, double sharpness,
-           cv::Mat& frame);
+           cv::Mat& frame, const cv::Mat& matte = cv::Mat());
 
 /// A sleeve of random grey over the wrist of the hand whose middle is at `hand`, its palm
 /// `palmWidth` frame pixels wide, leaning by `angle` degrees.

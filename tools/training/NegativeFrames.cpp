@@ -13,6 +13,8 @@ namespace {
 
 /// How often a sleeve covers the wrist, as often as at palms.
 constexpr double SLEEVES = 0.06;
+/// How often a hand before plain ground is cut out, as often as palms.
+constexpr double CUT_OUT = 0.5;
 
 int pick(const std::vector<int>& photos, Random& random) {
     return photos[random.below(static_cast<int>(photos.size()))];
@@ -89,7 +91,9 @@ std::vector<HandZone> NegativeFrames::drawPosedHands(Random& random, cv::Mat& fr
     placement.turn = random.uniform(-30, 30);
     placement.mirrored = random.chance(0.5);
     const cv::Mat& pixels = store_.grey(photo);
-    paste(pixels, placement, 0.03 * pixels.cols, random.uniform(1, 1.6), frame);
+    const bool cutOut = random.chance(CUT_OUT);
+    paste(pixels, placement, 0.03 * pixels.cols, random.uniform(1, 1.6), frame,
+          cutOut ? store_.matte(photo) : cv::Mat());
     if (rows.size() == 1 && random.chance(SLEEVES)) {
         const double angle = placement.turn + (placement.mirrored ? -row.angle : row.angle);
         coverWrist(placement.position, palm, angle, random, frame);
@@ -104,7 +108,8 @@ std::vector<HandZone> NegativeFrames::drawCroppedHands(Random& random, cv::Mat& 
     constexpr int COLUMNS = 3, ROWS = 2;
     std::vector<HandZone> zones;
     for (int cell = 0; cell < COLUMNS * ROWS; ++cell) {
-        const cv::Mat& crop = store_.grey(pick(croppedHands_, random));
+        const int photo = pick(croppedHands_, random);
+        const cv::Mat& crop = store_.grey(photo);
         const int longSide = std::max(crop.cols, crop.rows);
         Placement placement;
         placement.anchor = {(crop.cols - 1) * 0.5, (crop.rows - 1) * 0.5};
@@ -114,7 +119,9 @@ std::vector<HandZone> NegativeFrames::drawCroppedHands(Random& random, cv::Mat& 
         placement.turn = random.uniform(-45, 45);
         placement.mirrored = random.chance(0.5);
         const double feather = random.uniform(0.05, 0.14) * std::min(crop.cols, crop.rows);
-        paste(crop, placement, feather, random.uniform(1, 1.6), frame);
+        const bool cutOut = random.chance(CUT_OUT);
+        paste(crop, placement, feather, random.uniform(1, 1.6), frame,
+              cutOut ? store_.matte(photo) : cv::Mat());
         zones.push_back({placement.position, placement.scale * longSide});
     }
     return zones;

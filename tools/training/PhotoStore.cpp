@@ -5,6 +5,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include "Failure.h"
+#include "Matte.h"
 
 namespace training {
 
@@ -41,6 +42,21 @@ const cv::Mat& PhotoStore::grey(int photo) const {
         }
     });
     return pixels.grey;
+}
+
+const cv::Mat& PhotoStore::matte(int photo) const {
+    Pixels& pixels = pixels_[photo];
+    std::call_once(pixels.matteOnce, [&] {
+        const cv::Mat& picture = grey(photo);
+        const ManifestRow& row = photos_[photo].rows[0];
+        if (photos_[photo].rows.size() > 1) return;
+        const cv::Point2d middle = row.hasPose ? cv::Point2d(row.cx, row.cy + 0.3 * row.palmWidth)
+                                               : cv::Point2d(picture.cols, picture.rows) * 0.5;
+        const double radius =
+            row.hasPose ? 0.35 * row.palmWidth : std::min(picture.cols, picture.rows) / 6.0;
+        pixels.matte = matteOf(picture, middle, radius);
+    });
+    return pixels.matte;
 }
 
 bool isLicensed(const std::string& source) {

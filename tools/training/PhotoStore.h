@@ -32,11 +32,14 @@ public:
     /// The grey pixels of a picture. Any thread may ask. Throws Failure with the manifest's line
     /// when the picture cannot be read.
     const cv::Mat& grey(int photo) const;
+    /// The opacity of a hand in a close-up on plain ground, see matteOf(); empty for other
+    /// pictures. Any thread may ask.
+    const cv::Mat& matte(int photo) const;
 
 private:
     struct Pixels {
-        std::once_flag once;
-        cv::Mat grey;
+        std::once_flag once, matteOnce;
+        cv::Mat grey, matte;
     };
 
     std::string folder_;

@@ -12,6 +12,8 @@ namespace {
 
 /// How often a sleeve covers the wrist.
 constexpr double SLEEVES = 0.06;
+/// How often a hand before plain ground stands before the scene alone, without that ground.
+constexpr double CUT_OUT = 0.5;
 
 /// The mean of a picture's outermost pixels.
 double edgeMean(const cv::Mat& photo) {
@@ -80,7 +82,9 @@ Window PositiveRenderer::render(int photo, const ManifestRow& row, const WindowS
     Placement placement = placementOf(row, palm, angle - ownAngle, random);
     placement.position = {side / 2 + random.uniform(-1, 1), side / 2 + random.uniform(-1, 1)};
     const double feather = random.uniform(0.05, 0.14) * std::min(pixels.cols, pixels.rows);
-    paste(pixels, placement, feather, random.uniform(1, 1.7), frame_);
+    const bool cutOut = random.chance(CUT_OUT);
+    paste(pixels, placement, feather, random.uniform(1, 1.7), frame_,
+          cutOut ? store_.matte(photo) : cv::Mat());
     if (random.chance(SLEEVES)) coverWrist(placement.position, palm, angle, random, frame_);
     expose(Exposure::draw(random, HARDSHIP), random, frame_);
 
