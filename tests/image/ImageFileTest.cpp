@@ -71,6 +71,23 @@ TEST(ImageFile, NumbersAreShownAsStretchedGrey) {
     }
 }
 
+// Without rows, so that width costs nothing.
+TEST(ImageFile, WidestPicturesComeBackFromEveryForm) {
+    for (int mode = COLOR_MODE_MONO; mode < COLOR_MODE_END; ++mode) {
+        const std::string head = std::string("Image ") + colorModeName(ColorMode(mode)) + " ";
+        int widest = 0;
+        for (int bit = 1 << 25; bit > 0; bit /= 2) {
+            const std::string text = head + std::to_string(widest + bit) + " 0\n";
+            if (assertionOf([&] { fromText(text); }) == "no failure") widest += bit;
+        }
+        const Image image = fromText(head + std::to_string(widest) + " 0\n");
+        for (const Image& read : {fromPnm(toPgm(image)), fromPnm(toPpm(image))})
+            EXPECT_EQ(read.width(), fromText(toText(read)).width()) << head << widest;
+    }
+    for (const char* pnm : {"P5 16777216 0 255\n", "P5 16777216 0 65535\n", "P6 16777216 0 255\n"})
+        EXPECT_EQ(1 << 24, fromText(toText(fromPnm(pnm))).width()) << pnm;
+}
+
 TEST(ImageFile, RefusesGarbage) {
     const struct {
         Image (*read)(const std::string&);

@@ -12,8 +12,8 @@ namespace KZ {
 
 namespace {
 
-// The components of a picture as wide as this, side by side, are still a picture that can be read.
-const uint32_t LARGEST_SIDE = 1 << 20;
+// As in PNM files. It leaves room for the bytes of a row in an int, whatever the mode.
+const uint32_t LARGEST_SIDE = 1 << 24;
 
 // The words of a text, one after the other.
 class Words {
@@ -69,6 +69,12 @@ ColorMode modeOfName(const std::string& name) {
     return COLOR_MODE_UNDEFINED;
 }
 
+// What can be read can be shown: of other than colours, a PGM has the components side by side.
+uint32_t largestWidth(ColorMode mode) {
+    if (isColor(mode)) return LARGEST_SIDE;
+    return LARGEST_SIDE * static_cast<uint32_t>(cellBytes(cellType(mode))) / depth(mode);
+}
+
 void readCell(Words& words, CellType type, unsigned char* cell) {
     switch (type) {
         case CellType::UINT8:
@@ -115,7 +121,7 @@ Image fromText(const std::string& text) {
     const std::string head = words.next();
     KZ_ASSERT(head == "Image", "not an image text: " << head.substr(0, 20));
     const ColorMode mode = modeOfName(words.next());
-    const int width = static_cast<int>(words.nextUnsigned(LARGEST_SIDE));
+    const int width = static_cast<int>(words.nextUnsigned(largestWidth(mode)));
     const int height = static_cast<int>(words.nextUnsigned(LARGEST_SIDE));
     // Every number takes a digit and a blank before it, so what is left bounds the pixels.
     const int64_t pixels = static_cast<int64_t>(width) * height;
