@@ -86,6 +86,8 @@ void scan(ClassifierRing& ring) {
     const KZ::DetectRegion region(picture.rect(), KZ::RangeF(), KZ::AngleRange(), KZ::Side::BOTH);
     DetectorResult result;
     const auto detector = ring.getDetector(KZ::AngleRange(), KZ::Side::BOTH, 1);
+    const auto cascades = [&] { return ring.getClassifiers(KZ::AngleRange(), KZ::Side::BOTH); };
+    fuzz::require(cascades() == cascades(), "a cascade that was made is not found");
     detector->getDataRoi(data, region);
     data.compute(picture, picture.rect());
     detector->detect(data, region, result);

@@ -204,6 +204,24 @@ TEST(ClassifierRing, BrokenFiles) {
     }
 }
 
+// Angles of files may be those beside the full circle: the same poses follow.
+TEST(ClassifierRing, AnglesBesideTheCircle) {
+    for (const int degrees : {-360, -270, 180, 270, 360}) {
+        Palm palm(1);
+        palm.cascades[0].setAngle(degrees);
+        const OwnFile file("angle.ring");
+        palm.ring->save(file.path);
+        ClassifierRing ring(file.path);
+        const auto derived = ring.getClassifiers(KZ::AngleRange(), KZ::Side::BOTH);
+        ASSERT_EQ(8u, derived.size()) << degrees;
+        EXPECT_EQ(derived.size(), ring.possibilities.size());
+        for (const ClassifierProperties& pose : ring.possibilities)
+            EXPECT_TRUE(std::any_of(derived.begin(), derived.end(),
+                                    [&](const CascadedClassifier* made) { return *made == pose; }))
+                << degrees << " " << pose.angle;
+    }
+}
+
 // A place that mirroring takes beyond a signed char would come out to the left of the window.
 TEST(ClassifierRing, WindowsThatRmctPlacesReach) {
     Random random(20261121);

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "CascadedClassifier.h"
+#include "KZ_AngleRange.h"
 #include "VoteTable.h"
 
 namespace {
@@ -49,13 +50,14 @@ bool CascadedClassifier::load(std::istream& stream) {
     const std::string title = loadLine(stream);
     const int symmetric = VoteTable::readNumber(stream, 0, 1);
     const int numStages = VoteTable::readNumber(stream, 0, MAX_STAGES);
-    const int degrees = VoteTable::readNumber(stream, -360, 360);
+    int degrees = VoteTable::readNumber(stream, -360, 360);
     if (!stream) return false;
 
     setMonoSize(windowSize);
     setBaseSize(objectSize);
     setName(title);
     setSymmetry(symmetric != 0);
+    KZ::normalizeAngle(degrees);  // as those of poses are
     setAngle(degrees);
     for (int i = 0; i < numStages; ++i) {
         StrongClassifier stage;
