@@ -63,6 +63,9 @@ TEST_F(Command, EndsWithOneLine) {
         {"compare " + at_ + "/manifest.csv x.json", 2, "is no JSON file"},
         {"check --data " + at_ + " --bounds none.json", 2, "cannot be opened"},
         {"check --skip-if-absent --data " + at_ + " --bounds none.json", 77, "no bounds recorded"},
+        {"limits", 2, "--out is required"},
+        {"limits --out " + at_ + "/none/x.png", 2, "there is no folder"},
+        {"limits --out " + at_ + "/x.png --mesh none.glb", 2, "hand mesh"},
         {"check --skip-if-absent --data none --bounds none.json", 77, "no photographs in none"},
     };
     for (const auto& row : rows) {

@@ -3,6 +3,10 @@ target_link_libraries(tests_evaluate PRIVATE engine_evaluation)
 target_include_directories(tests_evaluate PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/tools)
 target_compile_definitions(tests_evaluate PRIVATE EVALUATE="$<TARGET_FILE:evaluate>")
 add_dependencies(tests_evaluate evaluate)
+if(NOT TARGET sample_scene)
+  set_source_files_properties(${CMAKE_CURRENT_SOURCE_DIR}/evaluate/LimitsTest.cpp PROPERTIES
+    HEADER_FILE_ONLY ON)
+endif()
 
 # What the engine keeps on real photographs. Takes half a minute; says "skipped" where the
 # photographs are not.

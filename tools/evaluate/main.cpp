@@ -15,6 +15,7 @@
 #include "DoubtfulRows.h"
 #include "Evaluation.h"
 #include "Failure.h"
+#include "LimitsCommand.h"
 #include "ModelCard.h"
 #include "Output.h"
 #include "Plots.h"
@@ -216,6 +217,22 @@ void addCheck(CLI::App& app, CheckOptions& options) {
                      "end with 77 where photographs or bounds are missing");
 }
 
+int limits(const LimitsOptions& options) {
+    for (const std::string& path : {options.picture, options.json}) requireFolderOf(path);
+    drawLimits(options);
+    return 0;
+}
+
+void addLimits(CLI::App& app, LimitsOptions& options) {
+    CLI::App& command = *app.add_subcommand(
+        "limits", "show rendered palms, one property varied at a time, and draw what is found");
+    command.add_option("--out", options.picture, "picture to write, PNG")->required();
+    command.add_option("--json", options.json, "file to write with all shares");
+    options.mesh = HAND_MESH;
+    command.add_option("--mesh", options.mesh, "right.glb that scripts/make_sample installs")
+        ->envname("RHD_HAND_MESH");
+}
+
 int reportFailure(const char* text, int status) {
     std::fprintf(stderr, "evaluate: %s\n", text);
     return status;
@@ -231,15 +248,18 @@ int main(int argc, char** argv) {
     CompareOptions compareOptions;
     CardOptions cardOptions;
     CheckOptions checkOptions;
+    LimitsOptions limitsOptions;
     addRun(app, runOptions);
     addCompare(app, compareOptions);
     addCard(app, cardOptions);
     addCheck(app, checkOptions);
+    addLimits(app, limitsOptions);
     try {
         app.parse(argc, argv);
         if (app.got_subcommand("run")) return run(runOptions);
         if (app.got_subcommand("compare")) return compareReports(compareOptions);
         if (app.got_subcommand("card")) return writeCard(cardOptions);
+        if (app.got_subcommand("limits")) return limits(limitsOptions);
         return check(checkOptions);
     } catch (const CLI::CallForHelp& help) {
         return app.exit(help);
