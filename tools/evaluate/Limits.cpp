@@ -87,7 +87,7 @@ std::vector<PalmProperty> palmProperties() {
          "Dim light with noise",
          "stops below good light",
          "the camera makes up for three",
-         {0, 1, 2, 3, 4, 5, 6, 7},
+         {0, 2, 4, 6, 7, 8, 9, 10},
          at(&PalmView::dimmed)},
         {"together",
          "Fingers closed",
