@@ -48,18 +48,19 @@ private:
     std::string path_;
 };
 
-// A side that a few windows of each cascade fit into, whichever way they are turned.
+// A side that a few windows of the smallest cascade fit into, whichever way they are turned.
 int pictureSide(ClassifierRing& ring) {
-    int side = ring.getNumClassifiers() > 0 ? LARGEST_SIDE : 0;
+    int side = ring.getNumClassifiers() > 0 ? LARGEST_SIDE : 20;
     for (int i = 0; i < ring.getNumClassifiers(); ++i) {
         const KZ::Size& window = ring.baseClassifier(i).monoSize;
-        side = std::min(side, std::max(window.width, window.height) + 2);
+        const int longest = std::max(window.width, window.height);
+        side = std::min(side, longest + (longest < 32 ? 8 : 2));
     }
     return side;
 }
 
 KZ::Image noisePicture(int side) {
-    KZ::Image picture(KZ::Size(std::max(side, 20), std::max(side, 17)), KZ::COLOR_MODE_MONO);
+    KZ::Image picture(KZ::Size(side, side - 1), KZ::COLOR_MODE_MONO);
     uint32_t state = 1;
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x) {
