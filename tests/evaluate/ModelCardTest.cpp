@@ -40,8 +40,8 @@ TEST(ModelCard, TellsSourcesCountsAndTheWeakestGroup) {
     ASSERT_NE(std::string::npos, weak);
     EXPECT_LT(card.find("| source hard | 5 of 20 | 25.0%", weak), card.find("| source easy", weak));
     EXPECT_NE(std::string::npos, card.find("scan 15, first verifier 0"));
-    EXPECT_NE(std::string::npos, card.find("](images/limits.png)", weak));
-    EXPECT_NE(std::string::npos, card.find("evaluate limits --out docs/images/limits.png\n```"));
+    EXPECT_NE(std::string::npos, card.find("](images/limits.jpg)", weak));
+    EXPECT_NE(std::string::npos, card.find("evaluate limits --out docs/images/limits.jpg\n```"));
 }
 
 TEST(ModelCard, WantsTheTableOfSources) {

@@ -166,7 +166,7 @@ std::string weaknessSection(const Report& report) {
            "![recall and false alarms](images/evaluation.png)\n\n"
            "Rendered palms, one property varied at a time; the number is the share found of those "
            "shown:\n\n"
-           "![rendered palms found and missed](images/limits.png)\n\n";
+           "![rendered palms found and missed](images/limits.jpg)\n\n";
 }
 
 }  // namespace
@@ -192,7 +192,7 @@ std::string modelCard(const Report& report, const std::vector<DataSource>& sourc
            weaknessSection(report) +
            "## How to make this page\n\n```sh\nevaluate run --data ../shared/data --json "
            "report.json\nevaluate card report.json --data ../shared/data --out "
-           "docs/model-card.md\nevaluate limits --out docs/images/limits.png\n```\n";
+           "docs/model-card.md\nevaluate limits --out docs/images/limits.jpg\n```\n";
 }
 
 }  // namespace evaluate

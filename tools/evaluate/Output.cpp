@@ -29,8 +29,9 @@ void writeText(const std::string& path, const std::string& text) {
 }
 
 void writePicture(const std::string& path, const cv::Mat& picture) {
+    const bool jpeg = std::filesystem::path(path).extension() == ".jpg";
     std::vector<unsigned char> bytes;
-    cv::imencode(".png", picture, bytes);
+    cv::imencode(jpeg ? ".jpg" : ".png", picture, bytes, {cv::IMWRITE_JPEG_QUALITY, 82});
     writeBytes(path, reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 

@@ -19,6 +19,8 @@ constexpr double MAX_ENLARGEMENT = 1.6;
 constexpr double SLEEVES = 0.12;
 /// How often a hand before plain ground stands before the scene alone, without that ground.
 constexpr double CUT_OUT = 0.5;
+/// Of the frames' exposures.
+constexpr double HARDSHIP = 1;
 /// The source of tight crops, one hand each.
 const char* const CROPS = "hagrid_capstone";
 
@@ -139,7 +141,7 @@ void SampleFrames::drawScene(Random& random, ShownFrame& frame) const {
     frame = ShownFrame();
     frame.isScene = true;
     drawBackground(scenes_, random, frame.pixels);
-    expose(Exposure::draw(random, 1), random, frame.pixels);
+    expose(Exposure::draw(random, HARDSHIP), random, frame.pixels);
 }
 
 void SampleFrames::drawPhoto(Random& random, double palmShare, ShownFrame& frame) const {
@@ -169,7 +171,7 @@ void SampleFrames::drawPhoto(Random& random, double palmShare, ShownFrame& frame
         const ShownHand only = shown(rows[0], placement);
         coverWrist(only.centre, only.palmWidth, only.angle, random, frame.pixels);
     }
-    expose(Exposure::draw(random, 1), random, frame.pixels);
+    expose(Exposure::draw(random, HARDSHIP), random, frame.pixels);
     for (const ManifestRow& row : rows) {
         if (row.hasPose) frame.hands.push_back(shown(row, placement));
     }
@@ -189,7 +191,7 @@ void SampleFrames::drawCrops(Random& random, double palmShare, ShownFrame& frame
             empty ? pieceOfScene(random) : pick(palm ? croppedPalms_ : croppedOthers_, random);
         drawCrop(hand, place, random, frame);
     }
-    expose(Exposure::draw(random, 1), random, frame.pixels);
+    expose(Exposure::draw(random, HARDSHIP), random, frame.pixels);
 }
 
 SampleFrames::Hand SampleFrames::pieceOfScene(Random& random) const {

@@ -79,13 +79,13 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
     }
     plan.refining = plan.trainer[1];
     plan.refining.epochs = 8;
-    plan.refining.learningRate = 0.0006;
+    plan.refining.learningRate = 0.0003;
     return plan;
 }
 
 std::string VerifierPlan::fingerprint() const {
     std::ostringstream text;
-    text << "procedure 4 seed " << seed << " loosening " << loosening << " frames " << blockFrames
+    text << "procedure 6 seed " << seed << " loosening " << loosening << " frames " << blockFrames
          << " held out " << heldOutBlocks;
     return text.str();
 }
@@ -124,7 +124,6 @@ std::vector<NnDetector> VerifierTraining::run() {
     mineHard(values[0]);
     values[1] = train(1, secondDecks(values[0]));
     refine(values.data());
-    calibrate(values.data());
     std::vector<NnDetector> networks;
     for (int i = 0; i < VERIFIERS; ++i) {
         std::transform(values[i].begin(), values[i].end(), values[i].begin(), sixDigits);
@@ -216,9 +215,7 @@ void VerifierTraining::mineHard(const std::vector<float>& first) {
                    " that the first verifier lets pass");
 }
 
-int VerifierTraining::mineAlarms(int round, const std::vector<float>* values) {
-    std::array<std::vector<float>, VERIFIERS> calibrated = {values[0], values[1]};
-    calibrate(calibrated.data());
+int VerifierTraining::mineAlarms(int round, const std::vector<float>* calibrated) {
     chainKey_.clear();
     MiningOrder order;
     for (int i = 0; i < VERIFIERS; ++i) {
@@ -245,8 +242,10 @@ int VerifierTraining::mineAlarms(int round, const std::vector<float>* values) {
 
 void VerifierTraining::refine(std::vector<float>* values) {
     const int firstAlarm = samples_.size();
+    std::array<std::vector<float>, VERIFIERS> best = {values[0], values[1]};
+    double alarms = calibrate(best.data());
     for (int round = 0; round < plan_.rounds; ++round) {
-        if (mineAlarms(round, values) < plan_.fewAlarms) break;
+        if (mineAlarms(round, best.data()) < plan_.fewAlarms) break;
         TrainerSettings settings = plan_.refining;
         settings.seed = mix(settings.seed + static_cast<uint64_t>(round) + 1);
         const std::string base =
@@ -254,8 +253,16 @@ void VerifierTraining::refine(std::vector<float>* values) {
         VerifierTrainer trainer(1, samples_, roundDecks(values[0], firstAlarm), settings,
                                 base + ".checkpoint", progress_);
         trainer.startFrom(average_);
-        values[1] = finish(trainer, 1, base);
+        std::array<std::vector<float>, VERIFIERS> refined = {values[0], finish(trainer, 1, base)};
+        const double left = calibrate(refined.data());
+        if (left >= alarms) {
+            progress_.line("the round gains nothing on the held-out pictures and is dropped");
+            break;
+        }
+        alarms = left;
+        best = refined;
     }
+    std::copy(best.begin(), best.end(), values);
 }
 
 std::vector<SampleDeck> VerifierTraining::firstDecks() const {
@@ -307,7 +314,7 @@ std::vector<SampleDeck> VerifierTraining::roundDecks(const std::vector<float>& f
                                                      int firstAlarm) const {
     std::vector<SampleDeck> decks = secondDecks(first);
     SampleDeck alarms;
-    alarms.share = 0.1;
+    alarms.share = 0.02;  // besides what they have among all that pass the first
     for (int i = firstAlarm; i < samples_.size(); ++i) alarms.samples.push_back(i);
     decks.push_back(alarms);
     return decks;
@@ -348,7 +355,7 @@ ChainMargins VerifierTraining::chainMargins(const std::vector<float>* values,
     return margins;
 }
 
-void VerifierTraining::calibrate(std::vector<float>* values) {
+double VerifierTraining::calibrate(std::vector<float>* values) {
     const OperatingPoint point = chooseOperatingPoint(
         chainMargins(values, heldOutOf(Origin::SCANNED_PALM, false)),
         chainMargins(values, heldOutOf(Origin::SCENE, true)),
@@ -356,6 +363,7 @@ void VerifierTraining::calibrate(std::vector<float>* values) {
     progress_.line(point.text());
     shiftMargin(marginAt(CHAIN_THRESHOLD[0]) - point.first, values[0]);
     shiftMargin(marginAt(CHAIN_THRESHOLD[1]) - point.second, values[1]);
+    return point.alarms;
 }
 
 void VerifierTraining::compare(int verifier, const std::vector<float>& values,

@@ -21,7 +21,7 @@ struct VerifierPlan {
     int fitBlocks = 1, heldOutBlocks = 1;
     int hardBlocks = 1;  ///< searched for what the first verifier lets pass
     /// Rounds in which the whole chain is searched for alarms that the second verifier then learns;
-    /// they end early where one finds fewer than `fewAlarms`.
+    /// they end early where one finds fewer than `fewAlarms` or gains nothing on held-out samples.
     int rounds = 0, roundBlocks = 1, fewAlarms = 100;
     TrainerSettings trainer[VERIFIERS];
     TrainerSettings refining;  ///< of the second verifier after each round
@@ -51,7 +51,7 @@ private:
     void mineBlock(const std::string& name, const MiningOrder& order);
     void mineSamples();
     void mineHard(const std::vector<float>& first);
-    int mineAlarms(int round, const std::vector<float>* values);
+    int mineAlarms(int round, const std::vector<float>* calibrated);
     void refine(std::vector<float>* values);
     std::vector<float> train(int verifier, std::vector<SampleDeck> decks);
     std::vector<float> finish(VerifierTrainer& trainer, int verifier, const std::string& base);
@@ -61,7 +61,9 @@ private:
     std::vector<int> heldOutOf(Origin origin, bool withLoose) const;
     ChainMargins chainMargins(const std::vector<float>* values,
                               const std::vector<int>& which) const;
-    void calibrate(std::vector<float>* values);
+    /// Sets the final biases so that the chain's thresholds are the operating point; returns the
+    /// share of alarms there on the held-out samples.
+    double calibrate(std::vector<float>* values);
     void compare(int verifier, const std::vector<float>& values, const NnDetector& network) const;
 
     const VerifierPlan plan_;
