@@ -5,7 +5,7 @@
 namespace evaluate {
 
 struct LimitsOptions {
-    std::string picture;  ///< PNG file to write
+    std::string picture;  ///< file to write, .png or .jpg
     std::string json;     ///< file to write with all shares; empty: none
     std::string mesh;     ///< the rigged hand
 };

@@ -14,6 +14,7 @@ struct OutputFailure : std::runtime_error {
 
 /// A file that appears under its name only when it is whole. Throws OutputFailure.
 void writeText(const std::string& path, const std::string& text);
+/// JPEG where the name ends in .jpg, else PNG.
 void writePicture(const std::string& path, const cv::Mat& picture);
 
 /// Throws training::Failure, before any work, when the folder that shall hold a file is missing. An

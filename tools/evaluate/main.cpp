@@ -226,7 +226,7 @@ int limits(const LimitsOptions& options) {
 void addLimits(CLI::App& app, LimitsOptions& options) {
     CLI::App& command = *app.add_subcommand(
         "limits", "show rendered palms, one property varied at a time, and draw what is found");
-    command.add_option("--out", options.picture, "picture to write, PNG")->required();
+    command.add_option("--out", options.picture, "picture to write, .png or .jpg")->required();
     command.add_option("--json", options.json, "file to write with all shares");
     options.mesh = HAND_MESH;
     command.add_option("--mesh", options.mesh, "right.glb that scripts/make_sample installs")

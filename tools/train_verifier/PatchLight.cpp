@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "Composer.h"
+#include "FrameExposure.h"
 
 namespace training {
 

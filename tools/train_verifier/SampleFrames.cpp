@@ -5,6 +5,7 @@
 
 #include "Composer.h"
 #include "Failure.h"
+#include "FrameExposure.h"
 #include "Window.h"
 
 namespace training {

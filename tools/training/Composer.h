@@ -1,7 +1,6 @@
 #pragma once
 
 #include <opencv2/core.hpp>
-#include <optional>
 
 #include "Random.h"
 
@@ -44,35 +43,5 @@ void fillWithScene(const cv::Mat& scene, double maxEnlargement, Random& random, 
 
 /// The middle of `scene`, at the scale at which it just covers `frame`.
 void coverWithScene(const cv::Mat& scene, cv::Mat& frame);
-
-/// Light from one side: it fades along one direction from full to `darkest`.
-struct SideLight {
-    double direction = 0;  ///< radians
-    double darkest = 1;    ///< share of the light that is left at the far end
-    double middle = 0;     ///< where half of it is gone, in parts of the picture from its middle
-    double steepness = 1;  ///< 1 over the part of the picture that the fading takes
-
-    static SideLight draw(Random& random);
-    /// Share of the light at (x, y), both -0.5 to 0.5 from edge to edge.
-    double at(double x, double y) const;
-};
-
-/// What light, lens and sensor do to a frame, in this order.
-struct Exposure {
-    std::optional<SideLight> sideLight;
-    double gamma = 1;
-    double contrast = 1;    ///< about the frame's mean
-    double brightness = 0;  ///< grey levels
-    double blur = 0;        ///< standard deviation in frame pixels
-    cv::Point2d motion;     ///< way of the hand during the exposure, in frame pixels
-    double noise = 0;       ///< standard deviation in grey levels
-    int jpegQuality = 0;    ///< 0: not compressed
-
-    /// `hardship` scales how often light comes from one side or is flat, the hand moves, and the
-    /// frame is compressed: 1 is about one frame in eight each.
-    static Exposure draw(Random& random, double hardship);
-};
-
-void expose(const Exposure& exposure, Random& random, cv::Mat& frame);
 
 }  // namespace training

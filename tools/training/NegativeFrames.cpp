@@ -5,16 +5,12 @@
 
 #include "Composer.h"
 #include "Failure.h"
+#include "FrameExposure.h"
 #include "PositiveRenderer.h"
 
 namespace training {
 
 namespace {
-
-/// How often a sleeve covers the wrist, as often as at palms.
-constexpr double SLEEVES = 0.06;
-/// How often a hand before plain ground is cut out, as often as palms.
-constexpr double CUT_OUT = 0.5;
 
 int pick(const std::vector<int>& photos, Random& random) {
     return photos[random.below(static_cast<int>(photos.size()))];
@@ -91,10 +87,10 @@ std::vector<HandZone> NegativeFrames::drawPosedHands(Random& random, cv::Mat& fr
     placement.turn = random.uniform(-30, 30);
     placement.mirrored = random.chance(0.5);
     const cv::Mat& pixels = store_.grey(photo);
-    const bool cutOut = random.chance(CUT_OUT);
+    const bool cutOut = random.chance(PositiveRenderer::CUT_OUT);
     paste(pixels, placement, 0.03 * pixels.cols, random.uniform(1, 1.6), frame,
           cutOut ? store_.matte(photo) : cv::Mat());
-    if (rows.size() == 1 && random.chance(SLEEVES)) {
+    if (rows.size() == 1 && random.chance(PositiveRenderer::SLEEVES)) {
         const double angle = placement.turn + (placement.mirrored ? -row.angle : row.angle);
         coverWrist(placement.position, palm, angle, random, frame);
     }
@@ -119,7 +115,7 @@ std::vector<HandZone> NegativeFrames::drawCroppedHands(Random& random, cv::Mat& 
         placement.turn = random.uniform(-45, 45);
         placement.mirrored = random.chance(0.5);
         const double feather = random.uniform(0.05, 0.14) * std::min(crop.cols, crop.rows);
-        const bool cutOut = random.chance(CUT_OUT);
+        const bool cutOut = random.chance(PositiveRenderer::CUT_OUT);
         paste(crop, placement, feather, random.uniform(1, 1.6), frame,
               cutOut ? store_.matte(photo) : cv::Mat());
         zones.push_back({placement.position, placement.scale * longSide});

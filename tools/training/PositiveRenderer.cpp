@@ -5,15 +5,11 @@
 #include <opencv2/imgproc.hpp>
 
 #include "Composer.h"
+#include "FrameExposure.h"
 
 namespace training {
 
 namespace {
-
-/// How often a sleeve covers the wrist.
-constexpr double SLEEVES = 0.06;
-/// How often a hand before plain ground stands before the scene alone, without that ground.
-constexpr double CUT_OUT = 0.5;
 
 /// The mean of a picture's outermost pixels.
 double edgeMean(const cv::Mat& photo) {

@@ -19,11 +19,14 @@ public:
     /// Of their exposure: thresholds that let the hardest palms pass would let much else pass, and
     /// cost time.
     static constexpr double HARDSHIP = 0.3;
+    /// How often a sleeve covers the wrist, and how often a hand before plain ground stands before
+    /// the scene without that ground. Other hands look alike in this, lest it tell palms apart.
+    static constexpr double SLEEVES = 0.06, CUT_OUT = 0.5;
     /// Where the scan settles beside the place that it learnt, in palm widths of a right hand and
     /// as logarithm of the window's size (measured by evaluate): shown palms stand as far on the
     /// other side, so that reports are centred.
     static constexpr double SETTLES_RIGHT = -0.045, SETTLES_DOWN = -0.085, SETTLES_LARGER = -0.06;
-    /// Layers on which palms are shown: palms 17 to 62 frame pixels wide.
+    /// Layers on which palms are shown: palms 16 to 58 frame pixels wide.
     static constexpr int LAYERS = 8;
 
     /// `backgrounds` are photos without hands.
