@@ -196,6 +196,29 @@ TEST(SampleMiner, EqualWithOtherThreadsAndFromTheFile) {
     EXPECT_FALSE(read.read(path, "key")) << "a file that ends early";
 }
 
+// The held-out pictures measure first and are learnt in the end.
+TEST(SampleMiner, MarksWhatIsNotLearnt) {
+    TemporaryFolder folder;
+    writePhotographs(folder.path(), true);
+    const PhotoStore store(folder.path());
+    const RingContent ring = readRing(std::string(RHD_SOURCE_DIR) + "/data/trained/palm.ring");
+    SampleMiner miner(store, ring, 40, 2);
+    miner.setDeviations({{0.02f, 0, 0, 5, 1}});
+    MiningOrder order;
+    order.frames = 8;
+    order.photoShare = 1;
+    order.heldOut = true;
+    int samples[2] = {};
+    for (const bool toLearn : {false, true}) {
+        order.toLearn = toLearn;
+        const SampleSet found = miner.mine(order);
+        samples[toLearn] = found.size();
+        for (int i = 0; i < found.size(); ++i) EXPECT_EQ(!toLearn, found[i].heldOut);
+    }
+    EXPECT_GT(samples[0], 8);
+    EXPECT_GT(samples[1], samples[0]) << "jittered ones too";
+}
+
 TEST(PatchLight, VariesWithinTheInputsRange) {
     const KZ::Size size(50, 60);
     cv::Mat hand;

@@ -97,14 +97,19 @@ struct Lines {
 nlohmann::ordered_json CascadeReport::json() const {
     nlohmann::ordered_json json;
     json["ring"] = ring;
-    json["palms"] = {{"count", measurement.palms.size()},
-                     {"recall", measurement.recall()},
-                     {"by_source", asJson(bySource(measurement))},
-                     {"by_size", asJson(bySize(measurement))},
-                     {"by_angle", asJson(byAngle(measurement))}};
+    json["palms"] = {
+        {"count", measurement.palms.size()},        {"recall", measurement.recall()},
+        {"strongest_group", measurement.leading()}, {"by_source", asJson(bySource(measurement))},
+        {"by_size", asJson(bySize(measurement))},   {"by_angle", asJson(byAngle(measurement))}};
     for (const PalmOutcome& palm : measurement.palms) {
         if (!palm.found) {
             json["palms"]["missed"].push_back(
+                {{"image", palm.image}, {"width", palm.width}, {"angle", palm.angle}});
+        }
+    }
+    for (const PalmOutcome& palm : measurement.palms) {
+        if (palm.found && palm.alone && !palm.leads) {
+            json["palms"]["outweighed"].push_back(
                 {{"image", palm.image}, {"width", palm.width}, {"angle", palm.angle}});
         }
     }
@@ -118,6 +123,7 @@ nlohmann::ordered_json CascadeReport::json() const {
     for (const OperatingPoint& point : points) {
         json["thresholds"].push_back({{"shift", point.shift},
                                       {"recall", point.recall},
+                                      {"strongest_group", point.leading},
                                       {"groups_per_scene", point.groupsPerScene}});
     }
     json["windows_per_scene"] = rates.windows;
@@ -131,6 +137,7 @@ std::string CascadeReport::text() const {
     const Measurement& m = measurement;
     out.add("%s", ring.c_str());
     out.add("palms found   %.4f of %zu", m.recall(), m.palms.size());
+    out.add("and strongest %.4f: no false group outweighs them", m.leading());
     out.add("false groups  %.3f a scene, %zu scenes", m.groupsPerScene(), m.sceneGroups.size());
     out.add("time          %.1f ms a frame of 320x240, one thread", milliseconds);
     const auto [dx, sx] = spread(m, &PalmOutcome::dx);
@@ -144,9 +151,10 @@ std::string CascadeReport::text() const {
     out.add(bySize(m));
     out.add("by tilt");
     out.add(byAngle(m));
-    out.add("last thresholds moved by: recall, false groups a scene");
+    out.add("last thresholds moved by: found, found and strongest, false groups a scene");
     for (const OperatingPoint& point : points) {
-        out.add("  %+5d  %.4f  %.3f", point.shift, point.recall, point.groupsPerScene);
+        out.add("  %+5d  %.4f  %.4f  %.3f", point.shift, point.recall, point.leading,
+                point.groupsPerScene);
     }
     out.add("windows passing, of %.0f a scene", rates.windows);
     double before = 1;

@@ -9,7 +9,7 @@
 /// Recall and false groups at one setting of the last thresholds.
 struct OperatingPoint {
     int shift = 0;
-    double recall = 0, groupsPerScene = 0;
+    double recall = 0, leading = 0, groupsPerScene = 0;
 };
 
 /// All that one run of the evaluation found out.

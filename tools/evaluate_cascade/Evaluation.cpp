@@ -61,13 +61,16 @@ void judge(const ShownPalm& palm, const training::DetectorView& view,
     const cv::Point2d truth = view.toView(palm.centre);
     const double width = palm.width / training::DetectorView::ZOOM;
     double nearest = CENTRE_DISTANCE;
-    for (const AdaObject& group : groups) {
+    for (size_t i = 0; i < groups.size(); ++i) {
+        const AdaObject& group = groups[i];
         const double dx = (group.center.x - truth.x) / width;
         const double dy = (group.center.y - truth.y) / width;
         const double scale =
             group.zoom * group.size.width / (width * training::WindowShape::PER_PALM);
         const double distance = std::hypot(dx, dy);
-        if (distance > nearest || scale > SIZE_FACTOR || scale < 1 / SIZE_FACTOR) continue;
+        if (distance > CENTRE_DISTANCE || scale > SIZE_FACTOR || scale < 1 / SIZE_FACTOR) continue;
+        if (i == 0) outcome.leads = true;
+        if (distance > nearest) continue;
         nearest = distance;
         outcome.found = true;
         outcome.dx = dx;
@@ -102,6 +105,15 @@ double Measurement::recall() const {
     const auto found = std::count_if(palms.begin(), palms.end(),
                                      [](const PalmOutcome& palm) { return palm.found; });
     return static_cast<double>(found) / static_cast<double>(palms.size());
+}
+
+double Measurement::leading() const {
+    int alone = 0, leading = 0;
+    for (const PalmOutcome& palm : palms) {
+        alone += palm.alone;
+        leading += palm.alone && palm.leads;
+    }
+    return alone > 0 ? static_cast<double>(leading) / alone : 0;
 }
 
 double Measurement::groupsPerScene() const {
@@ -151,6 +163,7 @@ Measurement Evaluation::measure(const RingContent& ring, int lastShift) const {
         const ShownPalm shown = drawPalmFrame(store_.grey(palm.photo), *palm.row, scene, i, frame);
         const training::Photo& photo = store_.photos()[palm.photo];
         measurement.palms[i] = {photo.image, photo.source, shown.width, palm.row->angle};
+        measurement.palms[i].alone = photo.only(Kind::PALM) && photo.rows.size() == 1;
         scanner.show(frame);
         judge(shown, scanner.view(), scanner.scan(), measurement.palms[i]);
     });

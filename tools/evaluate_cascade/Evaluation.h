@@ -12,6 +12,8 @@ struct PalmOutcome {
     double width = 0;  ///< frame pixels
     double angle = 0;  ///< degrees
     bool found = false;
+    bool leads = false;     ///< the strongest group is on it: the one that the verifiers see
+    bool alone = false;     ///< no other palm in the photograph could lead instead
     double dx = 0, dy = 0;  ///< of the nearest group when found, in palm widths
     double scale = 0;       ///< its width over the window's that fits the palm
 };
@@ -23,6 +25,8 @@ struct Measurement {
     std::vector<int> sceneGroups;  ///< groups in each scene
 
     double recall() const;
+    /// Share of the palms alone in their photographs that lead.
+    double leading() const;
     double groupsPerScene() const;
 };
 

@@ -41,7 +41,7 @@ void evaluate(const Options& options) {
     report.measurement = evaluation.measure(ring, 0);
     for (const int shift : options.shifts) {
         const Measurement moved = evaluation.measure(ring, shift);
-        report.points.push_back({shift, moved.recall(), moved.groupsPerScene()});
+        report.points.push_back({shift, moved.recall(), moved.leading(), moved.groupsPerScene()});
     }
     report.rates = evaluation.stageRates(ring, 8);
     report.milliseconds = evaluation.millisecondsPerFrame(ring, 50);

@@ -49,11 +49,11 @@ std::string OperatingPoint::text() const {
 
 OperatingPoint chooseOperatingPoint(const ChainMargins& palms, const ChainMargins& scenes,
                                     const ChainMargins& hands, double kept) {
-    constexpr int STEPS = 20;
+    constexpr int STEPS = 28;
     OperatingPoint best;
     best.alarms = 2;
     for (int i = 0; i <= STEPS; ++i) {
-        const double lost = (1 - kept) * (0.25 + 0.5 * i / STEPS);
+        const double lost = (1 - kept) * (0.05 + 0.7 * i / STEPS);
         OperatingPoint point;
         point.first = thresholdKeeping(palms.first, 1 - lost);
         const std::vector<float> rest = secondPassing(palms, point.first);

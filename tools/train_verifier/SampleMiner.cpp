@@ -69,6 +69,10 @@ void SampleMiner::setVerifier(int verifier, const NnDetector& network) {
     }
 }
 
+void SampleMiner::dropVerifiers() {
+    for (int i = 0; i < VERIFIERS; ++i) setVerifier(i, NnDetector());
+}
+
 SampleSet SampleMiner::mine(const MiningOrder& order) {
     std::vector<SampleSet> found(order.frames);
     parallelFor(order.frames, threads_, [&](int i, int thread) {
@@ -104,7 +108,7 @@ void SampleMiner::addScanned(const MiningOrder& order, bool loose, Worker& worke
         const Finding finding = judge(worker.frame, scan.view(), location);
         if (finding.what == Finding::UNKNOWN) continue;
         Sample sample;
-        sample.heldOut = order.heldOut;
+        sample.heldOut = !order.toLearn;
         sample.crop = worker.frame.isCrops;
         sample.loose = loose;
         sample.deviation = finding.deviation;
@@ -114,7 +118,7 @@ void SampleMiner::addScanned(const MiningOrder& order, bool loose, Worker& worke
         const PatchPair patches = cutPatches(view, location);
         if (!isWanted(order, worker, sample.origin, patches)) continue;
         samples.add(sample, patches);
-        if (order.heldOut) continue;
+        if (!order.toLearn) continue;
         if (sample.origin == Origin::SCANNED_PALM) sample.origin = Origin::JITTERED_PALM;
         samples.add(sample, cutPatches(view, jittered(location, random)));
     }
@@ -132,7 +136,7 @@ void SampleMiner::addPlaced(const MiningOrder& order, Worker& worker, Random& ra
         const cv::Point2d frame = view.toFrame({location.center.x, location.center.y});
         if (!cv::Rect(0, 0, SampleFrames::WIDTH, SampleFrames::HEIGHT).contains(frame)) continue;
         Sample sample;
-        sample.heldOut = order.heldOut;
+        sample.heldOut = !order.toLearn;
         sample.crop = worker.frame.isCrops;
         sample.origin = hand.kind == Kind::PALM ? Origin::PLACED_PALM : Origin::PLACED_HAND;
         const PatchPair patches = cutPatches(view.image(), location);

@@ -14,7 +14,8 @@ namespace training {
 struct MiningOrder {
     uint64_t seed = 0;
     int frames = 0;
-    bool heldOut = false;
+    bool heldOut = false;  ///< shows the pictures that are held out
+    bool toLearn = true;   ///< gives further samples by jitter; else marks them as held out
     double sceneShare = 0, photoShare = 0;  ///< of the frames; the rest shows crops
     double palmShare = 0.5;                 ///< of the hands shown
     /// Placed palms and hands besides the scan's own locations.
@@ -35,6 +36,7 @@ public:
     void setDeviations(const std::vector<Deviation>& deviations) { deviations_ = deviations; }
     /// A verifier, for `minScore`.
     void setVerifier(int verifier, const NnDetector& network);
+    void dropVerifiers();
 
     /// The outcome depends on the order alone, not on the threads' timing.
     SampleSet mine(const MiningOrder& order);

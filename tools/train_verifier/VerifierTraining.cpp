@@ -80,25 +80,34 @@ VerifierPlan VerifierPlan::palm(double size, uint64_t seed, int threads) {
     plan.refining = plan.trainer[1];
     plan.refining.epochs = 8;
     plan.refining.learningRate = 0.0003;
+    plan.restBlocks = scaled(40);
+    for (int i = 0; i < VERIFIERS; ++i) {
+        plan.finishing[i] = plan.trainer[i];
+        plan.finishing[i].epochs = 10;
+        plan.finishing[i].learningRate = 0.0007;
+        plan.finishing[i].seed = mix(seed + 1000);
+    }
     return plan;
 }
 
 std::string VerifierPlan::fingerprint() const {
     std::ostringstream text;
-    text << "procedure 6 seed " << seed << " loosening " << loosening << " frames " << blockFrames
+    text << "procedure 7 seed " << seed << " loosening " << loosening << " frames " << blockFrames
          << " held out " << heldOutBlocks;
     return text.str();
 }
 
 double VerifierTraining::plannedWork(const VerifierPlan& plan) {
-    const int blocks =
-        1 + plan.fitBlocks + plan.heldOutBlocks + plan.hardBlocks + plan.rounds * plan.roundBlocks;
+    const int blocks = 1 + plan.fitBlocks + plan.heldOutBlocks + plan.hardBlocks +
+                       plan.rounds * plan.roundBlocks + plan.restBlocks;
     const auto patches = [](const TrainerSettings& settings) {
         return static_cast<double>(TrainerSettings::BATCH) * settings.epochs *
                settings.batchesPerEpoch;
     };
     double work = FRAME_COST * plan.blockFrames * blocks;
-    for (int i = 0; i < VERIFIERS; ++i) work += PATCH_COST[i] * patches(plan.trainer[i]);
+    for (int i = 0; i < VERIFIERS; ++i) {
+        work += PATCH_COST[i] * (patches(plan.trainer[i]) + patches(plan.finishing[i]));
+    }
     return work + PATCH_COST[1] * plan.rounds * patches(plan.refining);
 }
 
@@ -124,6 +133,7 @@ std::vector<NnDetector> VerifierTraining::run() {
     mineHard(values[0]);
     values[1] = train(1, secondDecks(values[0]));
     refine(values.data());
+    learnRest(values.data());
     std::vector<NnDetector> networks;
     for (int i = 0; i < VERIFIERS; ++i) {
         std::transform(values[i].begin(), values[i].end(), values[i].begin(), sixDigits);
@@ -180,6 +190,7 @@ void VerifierTraining::mineSamples() {
     order.photoShare = 0.3;
     for (int i = 0; i < plan_.fitBlocks + plan_.heldOutBlocks; ++i) {
         order.heldOut = i < plan_.heldOutBlocks;
+        order.toLearn = !order.heldOut;
         order.seed = mix(plan_.seed * 1000 + 10 + i);
         mineBlock((order.heldOut ? "held" : "fit") + std::to_string(i), order);
     }
@@ -252,7 +263,7 @@ void VerifierTraining::refine(std::vector<float>* values) {
             folder_ + "/" + verifierDesign(1).name + ".round" + std::to_string(round + 1);
         VerifierTrainer trainer(1, samples_, roundDecks(values[0], firstAlarm), settings,
                                 base + ".checkpoint", progress_);
-        trainer.startFrom(average_);
+        trainer.startFrom(averages_[1]);
         std::array<std::vector<float>, VERIFIERS> refined = {values[0], finish(trainer, 1, base)};
         const double left = calibrate(refined.data());
         if (left >= alarms) {
@@ -261,8 +272,33 @@ void VerifierTraining::refine(std::vector<float>* values) {
         }
         alarms = left;
         best = refined;
+        averages_[1] = trainer.average();
     }
     std::copy(best.begin(), best.end(), values);
+}
+
+void VerifierTraining::learnRest(std::vector<float>* values) {
+    miner_.dropVerifiers();
+    chainKey_.clear();
+    MiningOrder order;
+    order.frames = plan_.blockFrames;
+    order.heldOut = true;
+    order.sceneShare = 0.3;
+    order.photoShare = 0.5;
+    for (int i = 0; i < plan_.restBlocks; ++i) {
+        order.seed = mix(plan_.seed * 1000 + 200000 + i);
+        mineBlock("rest" + std::to_string(i), order);
+    }
+    progress_.line("both learn the held-out pictures too; the thresholds stay");
+    for (int i = 0; i < VERIFIERS; ++i) {
+        const std::string base = folder_ + "/" + verifierDesign(i).name + ".all";
+        VerifierTrainer trainer(i, samples_, i == 0 ? firstDecks() : secondDecks(values[0]),
+                                plan_.finishing[i], base + ".checkpoint", progress_);
+        trainer.startFrom(averages_[i]);
+        const float shift = 2 * (values[i].back() - averages_[i].back());
+        values[i] = finish(trainer, i, base);
+        shiftMargin(shift, values[i]);
+    }
 }
 
 std::vector<SampleDeck> VerifierTraining::firstDecks() const {
@@ -324,13 +360,14 @@ std::vector<float> VerifierTraining::train(int verifier, std::vector<SampleDeck>
     const std::string base = folder_ + "/" + verifierDesign(verifier).name;
     VerifierTrainer trainer(verifier, samples_, std::move(decks), plan_.trainer[verifier],
                             base + ".checkpoint", progress_);
-    return finish(trainer, verifier, base);
+    const std::vector<float> values = finish(trainer, verifier, base);
+    averages_[verifier] = trainer.average();
+    return values;
 }
 
 std::vector<float> VerifierTraining::finish(VerifierTrainer& trainer, int verifier,
                                             const std::string& base) {
     const std::vector<float> values = trainer.run(PATCH_COST[verifier]);
-    average_ = trainer.average();
     writePlot(verifierDesign(verifier).name, trainer.reports(), base + ".png");
     return values;
 }

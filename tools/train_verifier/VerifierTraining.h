@@ -25,7 +25,10 @@ struct VerifierPlan {
     int rounds = 0, roundBlocks = 1, fewAlarms = 100;
     TrainerSettings trainer[VERIFIERS];
     TrainerSettings refining;  ///< of the second verifier after each round
-    double kept = 0.955;       ///< of the palms by both verifiers
+    /// When all thresholds are set, both learn the held-out pictures too.
+    int restBlocks = 1;
+    TrainerSettings finishing[VERIFIERS];
+    double kept = 0.955;  ///< of the palms by both verifiers
 
     /// `size` is the amount of data and work, 1 is the full training.
     static VerifierPlan palm(double size, uint64_t seed, int threads);
@@ -53,6 +56,8 @@ private:
     void mineHard(const std::vector<float>& first);
     int mineAlarms(int round, const std::vector<float>* calibrated);
     void refine(std::vector<float>* values);
+    /// The margins' shifts of `values` stay: what was found on pictures not yet learnt.
+    void learnRest(std::vector<float>* values);
     std::vector<float> train(int verifier, std::vector<SampleDeck> decks);
     std::vector<float> finish(VerifierTrainer& trainer, int verifier, const std::string& base);
     std::vector<SampleDeck> firstDecks() const;
@@ -72,8 +77,8 @@ private:
     Progress& progress_;
     SampleMiner miner_;
     SampleSet samples_;
-    std::string chainKey_;        ///< of the verifiers that the miner has
-    std::vector<float> average_;  ///< of the training that ended last
+    std::string chainKey_;                    ///< of the verifiers that the miner has
+    std::vector<float> averages_[VERIFIERS];  ///< as trained so far, before any shift
 };
 
 }  // namespace training
