@@ -167,7 +167,7 @@ TEST(SampleMiner, EqualWithOtherThreadsAndFromTheFile) {
     writePhotographs(folder.path(), true);
     const PhotoStore store(folder.path());
     const RingContent ring = readRing(std::string(RHD_SOURCE_DIR) + "/data/trained/palm.ring");
-    MiningOrder order;
+    SampleOrder order;
     order.seed = 9;
     order.frames = 8;
     order.photoShare = 0.5;
@@ -204,7 +204,7 @@ TEST(SampleMiner, MarksWhatIsNotLearnt) {
     const RingContent ring = readRing(std::string(RHD_SOURCE_DIR) + "/data/trained/palm.ring");
     SampleMiner miner(store, ring, 40, 2);
     miner.setDeviations({{0.02f, 0, 0, 5, 1}});
-    MiningOrder order;
+    SampleOrder order;
     order.frames = 8;
     order.photoShare = 1;
     order.heldOut = true;

@@ -102,16 +102,10 @@ nlohmann::ordered_json CascadeReport::json() const {
         {"strongest_group", measurement.leading()}, {"by_source", asJson(bySource(measurement))},
         {"by_size", asJson(bySize(measurement))},   {"by_angle", asJson(byAngle(measurement))}};
     for (const PalmOutcome& palm : measurement.palms) {
-        if (!palm.found) {
-            json["palms"]["missed"].push_back(
-                {{"image", palm.image}, {"width", palm.width}, {"angle", palm.angle}});
-        }
-    }
-    for (const PalmOutcome& palm : measurement.palms) {
-        if (palm.found && palm.alone && !palm.leads) {
-            json["palms"]["outweighed"].push_back(
-                {{"image", palm.image}, {"width", palm.width}, {"angle", palm.angle}});
-        }
+        const bool outweighed = palm.found && palm.alone && !palm.leads;
+        if (palm.found && !outweighed) continue;
+        json["palms"][outweighed ? "outweighed" : "missed"].push_back(
+            {{"image", palm.image}, {"width", palm.width}, {"angle", palm.angle}});
     }
     json["scenes"] = {{"count", measurement.sceneGroups.size()},
                       {"groups_per_scene", measurement.groupsPerScene()}};

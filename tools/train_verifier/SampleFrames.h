@@ -29,7 +29,7 @@ struct ShownFrame {
 };
 
 /// Some sources, and of those whose pictures each show another person a share of the pictures, are
-/// never trained on: the progress and the thresholds are measured on them.
+/// not trained on until the progress and the thresholds have been measured on them.
 bool isHeldOut(const Photo& photo);
 
 /// Camera frames made of the training pictures that are held out, or of those that are not.

@@ -73,7 +73,7 @@ void SampleMiner::dropVerifiers() {
     for (int i = 0; i < VERIFIERS; ++i) setVerifier(i, NnDetector());
 }
 
-SampleSet SampleMiner::mine(const MiningOrder& order) {
+SampleSet SampleMiner::mine(const SampleOrder& order) {
     std::vector<SampleSet> found(order.frames);
     parallelFor(order.frames, threads_, [&](int i, int thread) {
         Worker& worker = *workers_[thread];
@@ -87,7 +87,7 @@ SampleSet SampleMiner::mine(const MiningOrder& order) {
     return all;
 }
 
-void SampleMiner::drawFrame(const MiningOrder& order, Random& random, ShownFrame& frame) const {
+void SampleMiner::drawFrame(const SampleOrder& order, Random& random, ShownFrame& frame) const {
     const SampleFrames& frames = order.heldOut ? heldOut_ : fit_;
     const double kind = random.unit();
     if (kind < order.sceneShare) {
@@ -99,7 +99,7 @@ void SampleMiner::drawFrame(const MiningOrder& order, Random& random, ShownFrame
     }
 }
 
-void SampleMiner::addScanned(const MiningOrder& order, bool loose, Worker& worker, Random& random,
+void SampleMiner::addScanned(const SampleOrder& order, bool loose, Worker& worker, Random& random,
                              SampleSet& samples) const {
     LocationScan& scan = loose ? worker.loose : worker.strict;
     scan.show(worker.frame.pixels);
@@ -124,7 +124,7 @@ void SampleMiner::addScanned(const MiningOrder& order, bool loose, Worker& worke
     }
 }
 
-void SampleMiner::addPlaced(const MiningOrder& order, Worker& worker, Random& random,
+void SampleMiner::addPlaced(const SampleOrder& order, Worker& worker, Random& random,
                             SampleSet& samples) const {
     const DetectorView& view = worker.strict.view();
     worker.strict.show(worker.frame.pixels);
@@ -144,7 +144,7 @@ void SampleMiner::addPlaced(const MiningOrder& order, Worker& worker, Random& ra
     }
 }
 
-bool SampleMiner::isWanted(const MiningOrder& order, Worker& worker, Origin origin,
+bool SampleMiner::isWanted(const SampleOrder& order, Worker& worker, Origin origin,
                            const PatchPair& patches) const {
     for (int i = 0; i < VERIFIERS; ++i) {
         const NnDetector& network = worker.verifiers[i];

@@ -11,7 +11,7 @@
 namespace training {
 
 /// One portion of frames to search.
-struct MiningOrder {
+struct SampleOrder {
     uint64_t seed = 0;
     int frames = 0;
     bool heldOut = false;  ///< shows the pictures that are held out
@@ -39,17 +39,17 @@ public:
     void dropVerifiers();
 
     /// The outcome depends on the order alone, not on the threads' timing.
-    SampleSet mine(const MiningOrder& order);
+    SampleSet mine(const SampleOrder& order);
 
 private:
     struct Worker;
 
-    void drawFrame(const MiningOrder& order, Random& random, ShownFrame& frame) const;
-    void addScanned(const MiningOrder& order, bool loose, Worker& worker, Random& random,
+    void drawFrame(const SampleOrder& order, Random& random, ShownFrame& frame) const;
+    void addScanned(const SampleOrder& order, bool loose, Worker& worker, Random& random,
                     SampleSet& samples) const;
-    void addPlaced(const MiningOrder& order, Worker& worker, Random& random,
+    void addPlaced(const SampleOrder& order, Worker& worker, Random& random,
                    SampleSet& samples) const;
-    bool isWanted(const MiningOrder& order, Worker& worker, Origin origin,
+    bool isWanted(const SampleOrder& order, Worker& worker, Origin origin,
                   const PatchPair& patches) const;
 
     const int threads_;

@@ -143,7 +143,7 @@ std::vector<NnDetector> VerifierTraining::run() {
     return networks;
 }
 
-void VerifierTraining::mineBlock(const std::string& name, const MiningOrder& order) {
+void VerifierTraining::mineBlock(const std::string& name, const SampleOrder& order) {
     const std::string path = folder_ + "/" + name + ".samples";
     const std::string key = ringKey_ + " " + plan_.fingerprint() + " " + name + chainKey_;
     SampleSet found;
@@ -159,7 +159,7 @@ void VerifierTraining::mineBlock(const std::string& name, const MiningOrder& ord
 }
 
 void VerifierTraining::measureDeviations() {
-    MiningOrder order;
+    SampleOrder order;
     order.seed = mix(plan_.seed * 1000 + 1);
     order.frames = plan_.blockFrames;
     order.photoShare = 0.5;
@@ -184,7 +184,7 @@ void VerifierTraining::measureDeviations() {
 }
 
 void VerifierTraining::mineSamples() {
-    MiningOrder order;
+    SampleOrder order;
     order.frames = plan_.blockFrames;
     order.sceneShare = 0.42;
     order.photoShare = 0.3;
@@ -212,7 +212,7 @@ void VerifierTraining::mineHard(const std::vector<float>& first) {
     miner_.setVerifier(0, buildVerifier(verifierDesign(0), first));
     chainKey_ = " behind " + std::to_string(valuesHash(first));
     const int before = samples_.size();
-    MiningOrder order;
+    SampleOrder order;
     order.frames = plan_.blockFrames;
     order.sceneShare = 0.4;
     order.photoShare = 0.25;
@@ -228,7 +228,7 @@ void VerifierTraining::mineHard(const std::vector<float>& first) {
 
 int VerifierTraining::mineAlarms(int round, const std::vector<float>* calibrated) {
     chainKey_.clear();
-    MiningOrder order;
+    SampleOrder order;
     for (int i = 0; i < VERIFIERS; ++i) {
         miner_.setVerifier(i, buildVerifier(verifierDesign(i), calibrated[i]));
         chainKey_ += " behind " + std::to_string(valuesHash(calibrated[i]));
@@ -280,7 +280,7 @@ void VerifierTraining::refine(std::vector<float>* values) {
 void VerifierTraining::learnRest(std::vector<float>* values) {
     miner_.dropVerifiers();
     chainKey_.clear();
-    MiningOrder order;
+    SampleOrder order;
     order.frames = plan_.blockFrames;
     order.heldOut = true;
     order.sceneShare = 0.3;

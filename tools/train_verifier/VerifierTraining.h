@@ -51,7 +51,7 @@ public:
 
 private:
     void measureDeviations();
-    void mineBlock(const std::string& name, const MiningOrder& order);
+    void mineBlock(const std::string& name, const SampleOrder& order);
     void mineSamples();
     void mineHard(const std::vector<float>& first);
     int mineAlarms(int round, const std::vector<float>* calibrated);
