@@ -105,6 +105,9 @@ TEST_F(GreToVi, MisuseIsAnAssertion) {
     start("");
     EXPECT_EQ("no failure", conditionOf([&] { process(KZ::Size(320, 240)); }));
     EXPECT_EQ("(frame).size() == (frameSize_)", conditionOf([&] { process(KZ::Size(160, 120)); }));
+    GRE_Init(640, 480);
+    EXPECT_EQ("(frame).size() == (frameSize)", conditionOf([&] { process(KZ::Size(320, 240)); }))
+        << "the gesture engine would read beyond the frame";
     wrapper.release();
     EXPECT_EQ("(image.rect()).contains(rect)", conditionOf([&] { process(KZ::Size(320, 240)); }));
     for (const char* size : {"Size(-320, 240)", "Size(320 240)"})

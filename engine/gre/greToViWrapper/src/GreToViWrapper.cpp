@@ -1,6 +1,7 @@
 #include "GreToViWrapper.h"
 
 #include "GRE_Interface.h"
+#include "GreCameraState.h"
 #include "KZ_Check.h"
 #include "KZ_ColorConversion.h"
 #include "KZ_InheritedState.h"
@@ -103,8 +104,10 @@ const KZ::Image& GreToViWrapper::greyFrame(const KZ::ViFrameParameters& params) 
     } else {
         frame.createRef(found->second);
     }
-    // The gesture engine gets a pointer alone.
+    // The gesture engine gets a pointer alone, and an application that calls GRE_Init itself may
+    // have told it another size. Without a size it looks at no pixel.
     KZ_CHECK_SIZE(frame, frameSize_);
+    if (frameSize != KZ::Size()) KZ_CHECK_SIZE(frame, frameSize);
     KZ::toMono(frame, mono, KZ::Rect());
     return mono;
 }
