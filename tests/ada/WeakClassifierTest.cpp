@@ -96,3 +96,17 @@ TEST(StrongClassifier, ZoomsOfOneKeyShareFeatures) {
     const Row keys[] = {{1, 0}, {1.2f, 1}, {1.21f, 1}, {1.0953f, 0}, {1.0956f, 1}, {31.948f, 19}};
     for (const Row& row : keys) EXPECT_EQ(row.key, zoomKey(row.zoom)) << row.zoom;
 }
+
+// The classifiers keep 16 bits of a strip: rows of 100 sums after rows of 16484 look the same
+// there.
+TEST(StrongClassifier, MovesToALayerWithAnyStrip) {
+    Random random(20260316);
+    const Planes planes(randomImage(random, KZ::Size(99, 40)));
+    const int strip = planes.integral.stripLength();
+    const StrongClassifier fresh = randomStage(random, SIZE, 0, 9, 0), used = fresh;
+    for (const int before : {strip + (1 << 16), strip + 4, strip}) {
+        used.activate(36, before, 1);
+        used.activate(36, strip, 1);
+        EXPECT_EQ(scoreOf(fresh, planes), scoreOf(used, planes)) << before;
+    }
+}

@@ -126,6 +126,20 @@ TEST_P(InterpolatedRows, AgreeWithTheDefinition) {
 INSTANTIATE_TEST_SUITE_P(Variants, InterpolatedRows, testing::ValuesIn(interpolatedRowVariants()),
                          [](const auto& variant) { return variant.param.name; });
 
+// The last position of such a side is beyond 31 bits.
+TEST(RotateAndZoomImage, SidesOfMillionsOfPixels) {
+    Image tall(Size(2, 8421378), COLOR_MODE_MONO), target(Size(16, 3), COLOR_MODE_MONO);
+    Image wanted(target.size(), COLOR_MODE_MONO), top;
+    zero(tall);
+    for (int i = 0; i < 200; ++i) *tall.data(i % 2, 900 + i / 2) = static_cast<unsigned char>(i);
+    top.createRef(tall, Rect(0, 0, 2, 2000));
+    const float quarter = 1.57079633f;
+    rotateAndZoomImage(tall, target, quarter, 1, PointF(0.5f, 950), true);
+    rotateAndZoomImage(top, wanted, quarter, 1, PointF(0.5f, 950), true);
+    EXPECT_TRUE(wanted == target);
+    EXPECT_LT(80, *target.data(8, 1));
+}
+
 TEST(RotateAndZoomImage, WithoutTargetCentreTheMiddleOfPixelsCounts) {
     const GuardedImage source(Size(12, 9), COLOR_MODE_MONO);
     Image target(Size(12, 9), COLOR_MODE_MONO), smaller(Size(10, 7), COLOR_MODE_MONO);

@@ -145,16 +145,22 @@ void StrongClassifier::activateHaar(int integralStrip, float zoom) const {
     const int key = zoomKey(zoom);
     KZ_ASSERT_GE(key, 0);
     const size_t entry = static_cast<size_t>(key);
-    if (haarByZoom_.size() <= entry) haarByZoom_.resize(entry + 1);
+    if (haarByZoom_.size() <= entry) {
+        haarByZoom_.resize(entry + 1);
+        haarStrips_.resize(entry + 1);
+    }
     std::vector<WeakClassifierHaar>& resized = haarByZoom_[entry];
+    int& strip = haarStrips_[entry];
     if (resized.size() != haar_.size()) {
         resized.resize(haar_.size());
         for (size_t i = 0; i < haar_.size(); ++i) resized[i].resize(haar_[i], zoom);
+        strip = 0;
     }
     setRange(resized, pHaarBegin_, pHaarEnd_);
     CHECK_RANGE(pHaarBegin_, pHaarEnd_, WeakClassifierHaar);
-    if (static_cast<uint16_t>(resized.front().stripLength * 4) != integralStrip)
+    if (strip != integralStrip)
         for (WeakClassifierHaar& weak : resized) weak.setStrip(integralStrip >> 2);
+    strip = integralStrip;
     checkVotes(resized);
 }
 
@@ -230,6 +236,7 @@ void StrongClassifier::clearActivation() {
     pHaarBegin_ = pHaarEnd_ = nullptr;
     pHogBegin_ = pHogEnd_ = nullptr;
     haarByZoom_.clear();
+    haarStrips_.clear();
 }
 
 void StrongClassifier::rotate(const KZ::Size& size) {

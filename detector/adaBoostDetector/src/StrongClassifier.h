@@ -91,6 +91,8 @@ private:
     mutable std::vector<WeakClassifierHog> hog_;
     /// The Haar list resized, one entry a zoom key.
     mutable std::vector<std::vector<WeakClassifierHaar>> haarByZoom_;
+    /// The pitch that each entry's offsets are for: a classifier keeps 16 bits of it alone.
+    mutable std::vector<int> haarStrips_;
 
     // What scoring walks.
     mutable const WeakClassifierRmct* pRmctBegin_ = nullptr;

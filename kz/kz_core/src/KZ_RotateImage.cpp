@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "KZ_Check.h"
@@ -144,13 +146,16 @@ PointF pixelCenter(const Size& size) {
                   static_cast<float>(size.height - 1) * 0.5f);
 }
 
+// The last position along a side that has a neighbour behind it; of a side of millions of pixels
+// the last that a number holds.
+int lastPosition(int side) {
+    return static_cast<int>(
+        std::min(int64_t{side - 1} * 256 - 1, int64_t{std::numeric_limits<int>::max()}));
+}
+
 RowSource rowSource(const Image& source, const Mapping& mapping, bool extendBorder) {
-    return RowSource{source,
-                     mapping.columnsX(),
-                     mapping.columnsY(),
-                     extendBorder,
-                     (source.width() - 1) * 256 - 1,
-                     (source.height() - 1) * 256 - 1};
+    return RowSource{source,       mapping.columnsX(),           mapping.columnsY(),
+                     extendBorder, lastPosition(source.width()), lastPosition(source.height())};
 }
 
 }  // namespace
