@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "GreFixture.h"
+#include "KZ_Limits.h"
 #include "LogCapture.h"
 
 using testing_support::assertionOf;
@@ -145,6 +146,21 @@ TEST_F(GreFrameLoop, SmoothsTheBoxOnRequest) {
     find(KZ::ObjectLocation());
     framesToSkip = 0;
     process();  // leaves no place for the next test
+}
+
+// Where a palm was confirmed in a frame that was far larger than this one.
+TEST_F(GreFrameLoop, PlacesBeyondNumbersStopAtTheLastNumber) {
+    const int lowest = KZ::minValue<int>(), highest = KZ::maxValue<int>();
+    for (const bool flip : {false, true}) {
+        startUnzoomed(200, 160);
+        GRE_SetRoi(1, 1, 200, 160);
+        isFlip = flip;
+        framesToSkip = 0;
+        find(KZ::ObjectLocation(KZ::PointF(3e9f, -3e9f), KZ::SizeF(20, 20), 0, KZ::Side::RIGHT));
+        process();
+        const int x = flip ? lowest + 201 : highest;
+        EXPECT_EQ(KZ::Rect(x, lowest + 1, x, lowest + 1), box());
+    }
 }
 
 TEST_F(GreFrameLoop, MisuseIsAnAssertionAndLeavesTheEngineUsable) {

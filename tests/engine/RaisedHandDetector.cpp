@@ -96,6 +96,12 @@ TEST(RaisedHandDetector, HandSizesSetZoomAndPicture) {
         testing_support::failureOf([&] { detector.setData(bgr, 0); });
     EXPECT_EQ("(currentFrame).colorMode() == (KZ::COLOR_MODE_MONO)", failure.condition);
     EXPECT_EQ("have COLOR_MODE_BGR, but need COLOR_MODE_MONO\n", failure.detail);
+    unsigned char pixel = 0;
+    KZ::Image row;
+    row.createRef(&pixel, KZ::Size(1600000000, 1), KZ::COLOR_MODE_MONO);
+    detector.setHandSizes(15, 60);
+    EXPECT_EQ("frame too large: Size(1600000000, 1)\n",
+              assertionOf([&] { detector.setData(row, 0); }));
 }
 
 // A bright spot, seen by a turned camera: the chain gets it where it is in the upright scene, also

@@ -26,9 +26,10 @@ bool canHalve(const Image& image) {
     return image.width() >= 2 && image.height() > 1;
 }
 
-// Fresh memory is cleared: cells outside the rectangle are neighbours of cells inside it.
+// Fresh memory is cleared: cells outside the rectangle are neighbours of cells inside it. A header
+// without pixels is what running out of memory left.
 void createCleared(Image& image, const Size& size, ColorMode mode) {
-    if (image.size() == size && image.colorMode() == mode) return;
+    if (image.size() == size && image.colorMode() == mode && image.data()) return;
     image.create(size, mode);
     zero(image);
 }

@@ -16,7 +16,7 @@ using KZ::CommandLineParser;
 using Parameters = std::map<std::string, std::string>;
 
 // Frames come in at half size ("zoom-twice"), so results go back to camera pixels.
-const int RESULT_ZOOM = 2;
+const float RESULT_ZOOM = 2;
 const int INITIAL_CAMERA_ANGLE = 270;
 
 std::string commandLine(const Parameters& parameters) {
@@ -123,10 +123,10 @@ void GreToViWrapper::publishResult(KZ::ViResult& result) {
     GRE_GetResultAngle(&angle);
     if (*gesture == '\0') return;
     result.gestures.push_back(gesture);
-    result.rects.push_back(KZ::RectF(static_cast<float>(rect.left * RESULT_ZOOM),
-                                     static_cast<float>(rect.top * RESULT_ZOOM),
-                                     static_cast<float>(rect.right * RESULT_ZOOM),
-                                     static_cast<float>(rect.bottom * RESULT_ZOOM)));
+    result.rects.push_back(KZ::RectF(RESULT_ZOOM * static_cast<float>(rect.left),
+                                     RESULT_ZOOM * static_cast<float>(rect.top),
+                                     RESULT_ZOOM * static_cast<float>(rect.right),
+                                     RESULT_ZOOM * static_cast<float>(rect.bottom)));
     result.floats.push_back(score);
     result.floats.push_back(static_cast<float>(angle));
 }

@@ -15,6 +15,8 @@ namespace {
 const int MIN_HAND_SIZE = 15;  ///< smallest hand width that the chain works with, pixels
 const int DEFAULT_LAYERS = 23;
 const float LOG_LAYER_RATIO = 0.18232159f;  ///< of 1.2
+// Positions in the picture are turned in 1/256 pixel, with 31 bits.
+const int MAX_SIDE = 1 << 20;
 // Room beside a turned hand.
 const float WIDTH_RESERVE = 1.4f;
 
@@ -43,6 +45,8 @@ void RaisedHandDetector::setData(const KZ::Image& currentFrame, float angle) {
     inputSize_ = currentFrame.size();
     KZ_CHECK_COLOR_MODE(currentFrame, KZ::COLOR_MODE_MONO);
     const float rest = zoom_ / static_cast<float>(reduce(currentFrame));
+    KZ_ASSERT(zoomedFrame_.width() <= MAX_SIDE && zoomedFrame_.height() <= MAX_SIDE,
+              "frame too large: " << inputSize_);
 
     const KZ::Size size = KZ::getRotatedFrameSize(zoomedFrame_.size(), -angle);
     const int width = static_cast<int>(static_cast<float>(size.width) / rest);

@@ -1,5 +1,6 @@
 #include "GRE_RaisedHand.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -8,6 +9,7 @@
 #include "GreApiPartialImpl.h"
 #include "GreCameraState.h"
 #include "KZ_Assert.h"
+#include "KZ_Limits.h"
 #include "KZ_Truncate.h"
 
 bool useSmoothing = false;
@@ -71,17 +73,21 @@ void publishMiss() {
     if (framesToSkip != 0) --framesToSkip;
 }
 
-// From the region searched to the frame. A cleared box takes part.
+int limited(int64_t value) {
+    return static_cast<int>(std::clamp<int64_t>(value, KZ::minValue<int>(), KZ::maxValue<int>()));
+}
+
+// From the region searched to the frame. A cleared box takes part. A place that was confirmed in a
+// larger frame may lie anywhere.
 void mapBoxToFrame(KZ::Rect& box) {
+    int64_t left = box.left, right = box.right;
     if (isFlip) {
-        const int left = inputFrameRoi.width() - box.right;
-        box.right = inputFrameRoi.width() - box.left;
-        box.left = left;
+        const int64_t width = inputFrameRoi.width();
+        left = width - box.right;
+        right = width - box.left;
     }
-    box.left += roi.left;
-    box.right += roi.left;
-    box.top += roi.top;
-    box.bottom += roi.top;
+    box = KZ::Rect(limited(left + roi.left), limited(int64_t{box.top} + roi.top),
+                   limited(right + roi.left), limited(int64_t{box.bottom} + roi.top));
 }
 
 }  // namespace
