@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "EveryLayer.h"
+#include "LogCapture.h"
 #include "NnSupport.h"
 
 KZ::SharedPtr<NnDetector> every_layer_network();
@@ -26,6 +28,22 @@ TEST(NetworkSource, EmittedNetworkIsTheSame) {
     EXPECT_EQ(valuesOf(network.detect(image)), valuesOf(emitted->detect(image)));
     for (size_t i = 0; i < network.getOutputBlobs().size(); ++i)
         EXPECT_TRUE(network.getOutputBlobs()[i] == emitted->getOutputBlobs()[i]);
+}
+
+// What a file can hold and no source can say.
+TEST(NetworkSource, RefusesWhatHasNoSource) {
+    std::ostringstream source;
+    for (const float value : {INFINITY, -INFINITY, NAN})
+        EXPECT_EQ(0u, assertionOf([&] {
+                          blobOf(1, 1, 1, 2, {1, value}).saveToCpp(source, "b");
+                      }).find("no literal for "));
+    const int openSlice[] = {0, 0, 2, 3, 0};  // of axis 2 from 3 to the end
+    std::istringstream stream(std::string(reinterpret_cast<const char*>(openSlice), 20));
+    KZ::ArchiveI archive(stream);
+    archive.setVersion("Version 8");
+    SliceLayer slice("l", 0);
+    slice.serialize(archive);
+    EXPECT_EQ("no source for an open slice\n", assertionOf([&] { slice.saveToCpp(source, "f"); }));
 }
 
 // The verifiers' sources in the tree show the rest, letter for letter.

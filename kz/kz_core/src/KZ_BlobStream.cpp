@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <sstream>
 
@@ -55,6 +56,7 @@ std::string floatText(float value) {
 }
 
 std::string floatLiteral(float value) {
+    KZ_ASSERT(std::isfinite(value), "no literal for " << value);
     const std::string text = floatText(value);
     const bool hasPoint = text.find_first_of(".e") != std::string::npos;
     return text + (hasPoint ? "f" : ".f");

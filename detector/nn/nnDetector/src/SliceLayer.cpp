@@ -142,6 +142,8 @@ void SliceLayer::saveToCpp(std::ostream& stream, const std::string& functionName
     if (numSegments_ != 0) {
         stream << segmentNumber_ << ", " << numSegments_ << ", " << axis_ << ");\n";
     } else {
+        // What a file can say and a call cannot: from a point to the end.
+        KZ_ASSERT(sliceSize_ != 0 || slicePoint_ == 0, "no source for an open slice");
         stream << axis_ << ");\n";
         if (sliceSize_ != 0) {
             stream << "    sliceLayer.addSlicePoint(" << slicePoint_ << ", " << sliceSize_
