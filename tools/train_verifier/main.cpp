@@ -39,7 +39,11 @@ void train(const Options& options) {
     training::VerifierTraining training(store, options.ring, plan, work, progress);
     const std::vector<NnDetector> networks = training.run();
     for (int i = 0; i < training::VERIFIERS; ++i) {
-        training::writeVerifier(networks[i], training::networkPath(options.networks, i));
+        const std::string path = training::networkPath(options.networks, i);
+        training::writeVerifier(networks[i], path);
+        // What was compared with the trainer's is what the file holds.
+        if (!(training::readVerifier(i, path) == networks[i]))
+            throw training::Failure(path + ": holds another network than was written");
     }
     if (!options.sources.empty()) training::emitVerifiers(options.networks, options.sources);
     training::replaceFile(work + "/training.log",
