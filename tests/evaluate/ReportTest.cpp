@@ -29,6 +29,13 @@ TEST(Report, ReadsBackWhatItWrote) {
     training::Random random(3);
     evaluate::Evaluation run;
     run.split = "val";
+    run.data = "photographs";
+    run.every = 3;
+    run.limit = 60;
+    run.hasVerifiers = true;
+    run.scanning = {20, 7.5, 9.25};
+    run.tracking = {10, 1.5, 2};
+    run.resting = {60, .25, .5};
     run.photographs = randomOutcomes(60, random);
     for (auto& outcome : run.photographs) {
         if (outcome.lost) outcome.lost = static_cast<evaluate::Stage>(random.below(4));
@@ -46,7 +53,8 @@ TEST(Report, ReadsBackWhatItWrote) {
     TemporaryFolder folder;
     evaluate::writeText(folder.path("report.json"), written.dump());
     const auto again = jsonOf(evaluate::Report(evaluate::readReport(folder.path("report.json"))));
-    for (const char* part : {"photographs", "sequences", "lost_by", "alarms_in_videos"}) {
+    for (const char* part : {"photographs", "sequences", "lost_by", "alarms_in_videos", "data",
+                             "split", "every", "limit", "has_verifiers", "processor_time"}) {
         EXPECT_EQ(written.at(part), again.at(part)) << part;
     }
     EXPECT_EQ(written.at("figures").size(), again.at("figures").size());

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <map>
 
+#include "AlarmRate.h"
 #include "Failure.h"
+#include "ReportJson.h"
 
 namespace evaluate {
 
@@ -114,6 +116,50 @@ void addMeans(const Pairs& all, std::vector<Difference>& differences) {
     }
 }
 
+std::string videosFound(const Evaluation& run) {
+    int palms = 0, found = 0;
+    for (const SequenceOutcome& outcome : run.sequences) {
+        palms += outcome.hasPalm;
+        found += outcome.hasPalm && outcome.hit();
+    }
+    return std::to_string(found) + " of " + std::to_string(palms);
+}
+
+std::string videoAlarms(const Evaluation& run) {
+    const AlarmRate rate = alarmsInVideos(run.sequences);
+    char text[48];
+    std::snprintf(text, sizeof text, "%d in %.1f minutes", rate.alarms, rate.hours * 60);
+    return text;
+}
+
+std::string medianTime(const FrameTimes& times) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f ms", times.median);
+    return text;
+}
+
+std::vector<Comparison::Count> countsOf(const Evaluation& before, const Evaluation& after) {
+    std::vector<Comparison::Count> counts;
+    const std::vector<int> lostBefore = lossesByStage(before.photographs);
+    const std::vector<int> lostAfter = lossesByStage(after.photographs);
+    for (size_t i = 0; i < lostAfter.size(); ++i) {
+        counts.push_back({std::string("lost by the ") + nameOf(static_cast<Stage>(i)),
+                          std::to_string(lostBefore[i]), std::to_string(lostAfter[i])});
+    }
+    const struct {
+        const char* what;
+        std::string (*text)(const Evaluation&);
+    } rows[] = {
+        {"videos with a palm, found", videosFound},
+        {"alarms in videos without a palm", videoAlarms},
+        {"processor time, full scan", [](const Evaluation& e) { return medianTime(e.scanning); }},
+        {"processor time, tracking", [](const Evaluation& e) { return medianTime(e.tracking); }}};
+    for (const auto& row : rows) {
+        counts.push_back({row.what, row.text(before), row.text(after)});
+    }
+    return counts;
+}
+
 void sortChanges(const Pairs& pairs, Comparison& comparison) {
     for (size_t i = 0; i < pairs.after.size(); ++i) {
         const PhotoOutcome &before = pairs.before[i], &after = pairs.after[i];
@@ -174,6 +220,7 @@ Comparison compare(const Evaluation& before, const Evaluation& after) {
     }
     addMeans(pairs, comparison.differences);
     sortChanges(pairs, comparison);
+    comparison.counts = countsOf(before, after);
     return comparison;
 }
 
@@ -192,6 +239,9 @@ std::string textOf(const Comparison& comparison) {
         const bool isHeadline = d.group != "source" && d.bin.empty();
         return isHeadline && !d.tells();
     });
+    for (const Comparison::Count& count : comparison.counts) {
+        text += count.what + ": " + count.before + " -> " + count.after + "\n";
+    }
     text += namesOf("palms found only by the new run", comparison.palmsGained);
     text += namesOf("palms found only by the old run", comparison.palmsLost);
     text += namesOf("alarms of the old run only", comparison.alarmsGone);

@@ -27,6 +27,11 @@ struct Comparison {
     std::vector<Difference> differences;
     /// Palms found and lost by the new run; alarms it has no more, and new ones.
     std::vector<PhotoOutcome> palmsGained, palmsLost, alarmsGone, alarmsNew;
+    /// What a run has once, without an interval: losing stages, videos, times of a frame.
+    struct Count {
+        std::string what, before, after;
+    };
+    std::vector<Count> counts;
 };
 
 /// Throws Failure when the runs have no exhibit in common.

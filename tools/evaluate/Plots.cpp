@@ -248,17 +248,22 @@ cv::Mat plotSummary(const Report& report) {
     return canvas.picture();
 }
 
-cv::Mat plotPage(const Report& report) {
+cv::Mat plotOverview(const Report& report) {
     const std::vector<Figure>& figures = report.figures;
-    const cv::Mat left =
-        stacked({plotCurve(report),
-                 plotBins(figures, RECALL, "brightness", "Recall by brightness of the hand"),
-                 plotSources(figures, RECALL, "Recall by source")});
+    const cv::Mat left = stacked({plotCurve(report), plotBins(figures, RECALL, "brightness",
+                                                              "Recall by brightness of the hand")});
     const cv::Mat right =
         stacked({plotBins(figures, RECALL, "palm width", "Recall by palm width, pixels of 320x240"),
-                 plotBins(figures, RECALL, "angle", "Recall by tilt, degrees"),
-                 plotSources(figures, POSE_ALARMS, "Alarms on other poses by source")});
+                 plotBins(figures, RECALL, "angle", "Recall by tilt, degrees")});
     return stacked({plotSummary(report), beside({left, right})});
+}
+
+cv::Mat plotPage(const Report& report) {
+    const std::vector<Figure>& figures = report.figures;
+    return stacked(
+        {plotOverview(report),
+         beside({plotSources(figures, RECALL, "Recall by source"),
+                 plotSources(figures, POSE_ALARMS, "Alarms on other poses by source")})});
 }
 
 void writePlots(const Report& report, const Exhibits& exhibits, const std::string& folder) {

@@ -22,7 +22,10 @@ cv::Mat plotSources(const std::vector<Figure>& figures, const std::string& measu
 /// The figures in a few lines.
 cv::Mat plotSummary(const Report& report);
 
-/// All of them on one page.
+/// The figures, the curve, and recall by palm width, tilt and brightness.
+cv::Mat plotOverview(const Report& report);
+
+/// All plots on one page.
 cv::Mat plotPage(const Report& report);
 
 /// Writes plots and sheets of a report as PNG files into a folder, made where it is missing.

@@ -143,6 +143,10 @@ Stage stageOf(const std::string& name) {
     return Stage::CONFIRMATION;
 }
 
+FrameTimes readTimes(const json& entry) {
+    return {entry.at("frames"), entry.at("median_ms"), entry.at("p99_ms")};
+}
+
 PhotoOutcome readPhotograph(const json& entry) {
     PhotoOutcome outcome;
     outcome.kind = kindOf(entry.at("kind"));
@@ -244,7 +248,15 @@ Evaluation readReport(const std::string& path) {
     Evaluation evaluation;
     try {
         if (report.at("format") != FORMAT) throw training::Failure("another format");
+        evaluation.data = report.at("data");
         evaluation.split = report.at("split");
+        evaluation.every = report.at("every");
+        evaluation.limit = report.at("limit");
+        evaluation.hasVerifiers = report.at("has_verifiers");
+        const json& times = report.at("processor_time");
+        evaluation.scanning = readTimes(times.at("full_scan"));
+        evaluation.tracking = readTimes(times.at("tracking"));
+        evaluation.resting = readTimes(times.at("between"));
         for (const json& entry : report.at("photographs")) {
             evaluation.photographs.push_back(readPhotograph(entry));
         }

@@ -135,13 +135,15 @@ void addCompare(CLI::App& app, CompareOptions& options) {
 }
 
 struct CardOptions {
-    std::string report, data, out;
+    std::string report, data, out, picture;
 };
 
 int writeCard(const CardOptions& options) {
-    requireFolderOf(options.out);
+    for (const std::string& path : {options.out, options.picture}) requireFolderOf(path);
     const Report report(readReport(options.report));
-    writeText(options.out, modelCard(report, readSources(options.data + "/README.md")));
+    const std::string card = modelCard(report, readSources(options.data + "/README.md"));
+    if (!options.picture.empty()) writePicture(options.picture, plotOverview(report));
+    writeText(options.out, card);
     return 0;
 }
 
@@ -151,6 +153,7 @@ void addCard(CLI::App& app, CardOptions& options) {
     command.add_option("--data", options.data, "folder whose README.md lists the sources")
         ->required();
     command.add_option("--out", options.out, "Markdown file to write")->required();
+    command.add_option("--picture", options.picture, "picture of its figures to write, PNG");
 }
 
 struct CheckOptions {
