@@ -94,7 +94,8 @@ VI_EXPORT void VI_SetFrame(const void* frame, int width, int height, int i);
 
 /// Processes the frame and replaces the results. The frame and what was set for it are gone after
 /// the call, also when it throws; then the old results stay. Without a frame from VI_SetFrame it is
-/// an assertion, as is a frame of another size than "size" or a GRE_Init since VI_Init asked for.
+/// an assertion, as is a picture that, at half size, is not of the option "size", or not of the
+/// size of a GRE_Init after VI_Init.
 VI_EXPORT void VI_ProcessFrame(void);
 
 // ---- Results

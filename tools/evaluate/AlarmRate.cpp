@@ -1,6 +1,7 @@
 #include "AlarmRate.h"
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 #include "Evaluation.h"
@@ -41,6 +42,12 @@ AlarmRate rateOf(const std::vector<Exposure>& exposures) {
 }
 
 }  // namespace
+
+std::string AlarmRate::text() const {
+    char text[48];
+    std::snprintf(text, sizeof text, "%d in %.1f minutes", alarms, hours * 60);
+    return text;
+}
 
 AlarmRate alarmsInVideos(const std::vector<SequenceOutcome>& sequences) {
     std::vector<Exposure> exposures;

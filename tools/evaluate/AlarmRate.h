@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "Bootstrap.h"
@@ -12,6 +13,9 @@ struct AlarmRate {
     int alarms = 0;
     double hours = 0;
     Interval perHour;  ///< NaN without a time
+
+    /// "2 in 0.9 minutes".
+    std::string text() const;
 };
 
 /// Reports in the videos without a palm. The draws are of videos, nearly all of which show one

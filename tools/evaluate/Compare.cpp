@@ -116,22 +116,6 @@ void addMeans(const Pairs& all, std::vector<Difference>& differences) {
     }
 }
 
-std::string videosFound(const Evaluation& run) {
-    int palms = 0, found = 0;
-    for (const SequenceOutcome& outcome : run.sequences) {
-        palms += outcome.hasPalm;
-        found += outcome.hasPalm && outcome.hit();
-    }
-    return std::to_string(found) + " of " + std::to_string(palms);
-}
-
-std::string videoAlarms(const Evaluation& run) {
-    const AlarmRate rate = alarmsInVideos(run.sequences);
-    char text[48];
-    std::snprintf(text, sizeof text, "%d in %.1f minutes", rate.alarms, rate.hours * 60);
-    return text;
-}
-
 std::string medianTime(const FrameTimes& times) {
     char text[32];
     std::snprintf(text, sizeof text, "%.2f ms", times.median);
@@ -150,8 +134,10 @@ std::vector<Comparison::Count> countsOf(const Evaluation& before, const Evaluati
         const char* what;
         std::string (*text)(const Evaluation&);
     } rows[] = {
-        {"videos with a palm, found", videosFound},
-        {"alarms in videos without a palm", videoAlarms},
+        {"videos with a palm, found",
+         [](const Evaluation& e) { return RaisedPalms(e.sequences).text(); }},
+        {"alarms in videos without a palm",
+         [](const Evaluation& e) { return alarmsInVideos(e.sequences).text(); }},
         {"processor time, full scan", [](const Evaluation& e) { return medianTime(e.scanning); }},
         {"processor time, tracking", [](const Evaluation& e) { return medianTime(e.tracking); }}};
     for (const auto& row : rows) {

@@ -90,22 +90,19 @@ std::string dataSection(const std::vector<DataSource>& sources) {
 
 std::string videoLines(const Evaluation& run) {
     if (run.sequences.empty()) return "";
-    int palms = 0, found = 0;
+    const RaisedPalms raised(run.sequences);
     std::string frames;
-    for (const SequenceOutcome& outcome : run.sequences) {
-        palms += outcome.hasPalm;
-        if (!outcome.hasPalm || !outcome.hit()) continue;
-        frames += (found ? ", " : "") + std::to_string(outcome.latency());
-        ++found;
+    for (const int latency : raised.latencies) {
+        frames += (frames.empty() ? ", " : "/") + std::to_string(latency);
     }
-    if (found > 0) frames = ", " + frames + " frames after it came up";
+    if (!frames.empty()) frames += " frames after it came up";
     const AlarmRate alarms = alarmsInVideos(run.sequences);
     char text[256];
-    std::snprintf(text, sizeof text,
-                  "Short clips of people: %d of %d raised palms found%s; %d alarms in %.1f "
-                  "minutes\nwithout a palm (95%%: at most %.0f an hour).\n",
-                  found, palms, frames.c_str(), alarms.alarms, alarms.hours * 60,
-                  alarms.perHour.high);
+    std::snprintf(
+        text, sizeof text,
+        "Short clips of people: %s raised palms found%s; alarms without a palm:\n%s (95%%: "
+        "at most %.0f an hour).\n",
+        raised.text().c_str(), frames.c_str(), alarms.text().c_str(), alarms.perHour.high);
     return text;
 }
 

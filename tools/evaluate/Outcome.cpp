@@ -110,4 +110,16 @@ int SequenceOutcome::latency() const {
     return report ? report->frame - cvCeil(start * framesPerSecond - 1e-9) : -1;
 }
 
+RaisedPalms::RaisedPalms(const std::vector<SequenceOutcome>& sequences) {
+    for (const SequenceOutcome& outcome : sequences) {
+        if (!outcome.hasPalm) continue;
+        ++all;
+        if (outcome.hit()) latencies.push_back(outcome.latency());
+    }
+}
+
+std::string RaisedPalms::text() const {
+    return std::to_string(latencies.size()) + " of " + std::to_string(all);
+}
+
 }  // namespace evaluate

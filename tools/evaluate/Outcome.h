@@ -75,4 +75,14 @@ struct SequenceOutcome {
     int latency() const;
 };
 
+/// The videos with a palm.
+struct RaisedPalms {
+    int all = 0;
+    std::vector<int> latencies;  ///< of those found, in frames
+
+    explicit RaisedPalms(const std::vector<SequenceOutcome>& sequences);
+    /// "3 of 4".
+    std::string text() const;
+};
+
 }  // namespace evaluate

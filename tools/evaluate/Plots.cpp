@@ -241,10 +241,7 @@ cv::Mat plotSummary(const Report& report) {
         say(std::string("processor time, ") + name, text);
     }
     const AlarmRate rate = alarmsInVideos(run.sequences);
-    if (rate.hours > 0) {
-        std::snprintf(text, sizeof text, "%d in %.1f minutes", rate.alarms, rate.hours * 60);
-        say("alarms in videos without a palm", text);
-    }
+    if (rate.hours > 0) say("alarms in videos without a palm", rate.text());
     return canvas.picture();
 }
 
